@@ -1,0 +1,5 @@
+/* Placeholder: filled in by the work that owns it. */
+#ifndef SESSMGR_SMGRPROT_CORE_H
+#define SESSMGR_SMGRPROT_CORE_H
+#include "sessmgr/sm_types.h"
+#endif /* SESSMGR_SMGRPROT_CORE_H */

@@ -1,0 +1,11 @@
+/* Wire protocol between the client library and sessmgrd: the 16-byte header,
+ * the message catalogue and every SMGRPROT_ record, one header per family
+ * under sessmgr/. Records are little-endian, packed to 4 bytes. */
+#ifndef SESSMGR_SMGR_PROTOCOL_H
+#define SESSMGR_SMGR_PROTOCOL_H
+
+#include "sessmgr/smgrprot_core.h"
+#include "sessmgr/smgrprot_diagnostics.h"
+#include "sessmgr/smgrprot_streams.h"
+
+#endif /* SESSMGR_SMGR_PROTOCOL_H */

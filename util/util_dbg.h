@@ -1,0 +1,69 @@
+/* Debug channels, trace lines and assertions of the companion services.
+ * A channel's level and sink come from SESSMGR_DEBUG_LEVEL / SESSMGR_DEBUG_FILE.
+ * Callers test the level themselves (UTIL_DBG_PRINT does) so a disabled trace
+ * costs one comparison. */
+#ifndef SESSMGR_UTIL_DBG_H
+#define SESSMGR_UTIL_DBG_H
+
+#include "sessmgr/sm_types.h"
+
+SMGR_EXTERN_C_BEGIN
+
+typedef struct tagDBG_CHANNEL {
+  DWORD dwReserved;
+  int nMaxLevel; /* current level: traces of level <= nMaxLevel are written */
+} DBG_CHANNEL;
+typedef DBG_CHANNEL* HDBG;
+
+/* Creates or attaches the named channel and stores its handle in *phDbg. */
+BOOL _DoDbgInit(const char* szChannelName, HDBG* phDbg);
+/* Writes one trace line: level, function, file:line and the formatted text. */
+void _DoDbgPrintEx(HDBG hDbg, int nLevel, const char* szFunction, const char* szFile, int nLine,
+                   const char* szFormat, ...) __attribute__((format(printf, 6, 7)));
+/* Writes a byte buffer as a hex dump. */
+void _DoDbgPrintBuffer(HDBG hDbg, int nLevel, const char* szFunction, const char* szFile, int nLine,
+                       const void* pvBuffer, size_t nSize);
+/* Releases one attachment of the channel. */
+void _DoDbgUninitEx(HDBG hDbg, const char* szFunction, const char* szFile, int nLine);
+
+/* Reports a failed precondition; aborts only in builds made with SESSMGR_ABORT_ON_ASSERT
+ * (and only while aborting is enabled, see SetAssertAbortEnabled). */
+void _DoAssert(const char* szExpression, const char* szFunction, const char* szFile, int nLine);
+void _DoTextAssert(const char* szFunction, const char* szFile, int nLine, const char* szFormat, ...)
+    __attribute__((format(printf, 4, 5)));
+
+/* Runs pfnFunction once per process, thread-safely, then sets *pbFlag to 1.
+ * Callers test *pbFlag == 1 first and skip the call. */
+BOOL DoExecuteOnceOnlyFunction(BOOL (*pfnFunction)(void), BOOL* pbFlag);
+
+SMGR_EXTERN_C_END
+
+#define UTIL_DBG_ENABLED(hDbg, nLevel) ((hDbg) != NULL && (hDbg)->nMaxLevel >= (nLevel))
+#define UTIL_DBG_PRINT(hDbg, nLevel, ...)                                          \
+  do {                                                                             \
+    if (UTIL_DBG_ENABLED(hDbg, nLevel))                                            \
+      _DoDbgPrintEx((hDbg), (nLevel), __func__, __FILE__, __LINE__, __VA_ARGS__); \
+  } while (0)
+#define UTIL_ASSERT(expr)                                     \
+  do {                                                        \
+    if (!(expr)) _DoAssert(#expr, __func__, __FILE__, __LINE__); \
+  } while (0)
+
+#ifdef __cplusplus
+#include <functional>
+#include <string>
+namespace smgr::util {
+/* Test-only: receives every trace line (already formatted, without newline
+ * handling) of every channel while installed; pass nullptr to remove. */
+using TraceSink = std::function<void(const char* szChannel, int nLevel, const char* szFunction,
+                                     const char* szFile, int nLine, const std::string& text)>;
+void SetTraceCaptureHook(TraceSink sink);
+/* Test-only: forces the level of every channel (existing and future); -1 restores
+ * the environment's level. */
+void SetDebugLevelOverride(int nLevel);
+/* Test-only: lets tests exercise failed preconditions in aborting builds. */
+void SetAssertAbortEnabled(bool bEnabled);
+}  // namespace smgr::util
+#endif
+
+#endif /* SESSMGR_UTIL_DBG_H */
