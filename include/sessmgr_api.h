@@ -10,6 +10,7 @@
 #include "sessmgr/sm_diagnostics.h"
 #include "sessmgr/sm_objects.h"
 #include "sessmgr/sm_streams.h"
+#include "sessmgr/sm_utils.h"
 #include "video_formats.h"
 
 #endif /* SESSMGR_API_H */
