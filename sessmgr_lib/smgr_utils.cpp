@@ -39,8 +39,12 @@ std::string directoryOf(const std::string& name) {
   return dirname(copy.data());
 }
 
+// Traces carry the name of the exported operation, not of these helpers.
+constexpr const char* kFixUpInputFileName = "FixUpInputFileName";
+constexpr const char* kFixUpInputFileNameNoPath = "FixUpInputFileNameNoPath";
+
 BOOL fixUpFailed() {
-  SMGR_TRACE(4, "Resulting FALSE.\n");
+  SMGR_TRACE_AS(kFixUpInputFileName, 4, "Resulting FALSE.\n");
   return FALSE;
 }
 
@@ -53,7 +57,7 @@ BOOL fixUpInputFileName(char* szInOutFName, int nSize, const char* szStdDirector
   size_t nLength = StringLength(szInOutFName, kMaxFileName);
   if (nLength == 0) return TRUE;
   if (nLength >= kMaxFileName) {
-    SMGR_TRACE(4, "File name is too long.\n");
+    SMGR_TRACE_AS(kFixUpInputFileName, 4, "File name is too long.\n");
     return fixUpFailed();
   }
   std::string name(szInOutFName, nLength);
@@ -62,11 +66,12 @@ BOOL fixUpInputFileName(char* szInOutFName, int nSize, const char* szStdDirector
   if (!directory.empty() && directory.back() == '/') directory.pop_back();
 
   if (!IsStringTerminatedBy(baseName.c_str(), szStdExtension)) {
-    SMGR_TRACE(6, "Need to provide extension since standard one \"%s\" is not present in \"%s\".\n",
-               szStdExtension, baseName.c_str());
+    SMGR_TRACE_AS(kFixUpInputFileName, 6,
+                  "Need to provide extension since standard one \"%s\" is not present in \"%s\".\n",
+                  szStdExtension, baseName.c_str());
     baseName += szStdExtension;
     if (baseName.size() >= kMaxFileName) {
-      SMGR_TRACE(4, "File name is too long.\n");
+      SMGR_TRACE_AS(kFixUpInputFileName, 4, "File name is too long.\n");
       return fixUpFailed();
     }
   }
@@ -76,13 +81,14 @@ BOOL fixUpInputFileName(char* szInOutFName, int nSize, const char* szStdDirector
   int nResultLength;
   bool bStandardLocation = directory.empty() || directory == ".";
   if (bStandardLocation) {
-    SMGR_TRACE(6, "No path information provided, adding standard location.\n");
+    SMGR_TRACE_AS(kFixUpInputFileName, 6, "No path information provided, adding standard location.\n");
     nResultLength = PrintToString(result.data(), result.size(), "%s%s", szStdDirectory, baseName.c_str());
   } else {
     nResultLength = PrintToString(result.data(), result.size(), "%s/%s", directory.c_str(), baseName.c_str());
   }
   if (nResultLength < 0 || nResultLength >= nSize) {
-    SMGR_TRACE(4, bStandardLocation ? "Adding standard path would bust file name limit.\n"
+    SMGR_TRACE_AS(kFixUpInputFileName, 4,
+                  bStandardLocation ? "Adding standard path would bust file name limit.\n"
                                     : "File name is too long.\n");
     return fixUpFailed();
   }
@@ -100,8 +106,9 @@ BOOL fixUpInputFileNameNoPath(char* szInOutFName, int nSize, const char* szStdDi
   if (directory != ".") {
     directory += "/";
     if (directory != szStdDirectory) {
-      SMGR_TRACE(4, "Provided path \"%s\" does not match standard location \"%s\".\n", directory.c_str(),
-                 szStdDirectory);
+      SMGR_TRACE_AS(kFixUpInputFileNameNoPath, 4,
+                    "Provided path \"%s\" does not match standard location \"%s\".\n", directory.c_str(),
+                    szStdDirectory);
       setErrorCode(piErrCode, kInvalidFileNamePath);
       return FALSE;
     }
@@ -109,13 +116,13 @@ BOOL fixUpInputFileNameNoPath(char* szInOutFName, int nSize, const char* szStdDi
 
   std::string baseName = GetBaseName(name.c_str());
   if (nLength >= kMaxFileName || baseName.size() >= kMaxFileName) {
-    SMGR_TRACE(4, "File name is too long.\n");
+    SMGR_TRACE_AS(kFixUpInputFileNameNoPath, 4, "File name is too long.\n");
     setErrorCode(piErrCode, kFileNameTooLong);
     return FALSE;
   }
   if (!IsStringTerminatedBy(baseName.c_str(), szStdExtension)) baseName += szStdExtension;
   if (baseName.size() >= kMaxFileName) {
-    SMGR_TRACE(4, "File name after adding extension is too long.\n");
+    SMGR_TRACE_AS(kFixUpInputFileNameNoPath, 4, "File name after adding extension is too long.\n");
     setErrorCode(piErrCode, kFileNameTooLong);
     return FALSE;
   }

@@ -73,6 +73,7 @@ TEST_F(FileNameTest, BareNameGetsExtensionAndStandardFolder) {
   EXPECT_TRUE(
       capture.has("Need to provide extension since standard one \".cfg\" is not present in \"night\".\n"));
   EXPECT_TRUE(capture.has("No path information provided, adding standard location.\n"));
+  for (const auto& trace : capture.traces()) EXPECT_EQ(trace.function, "FixUpInputFileName");
 }
 
 TEST_F(FileNameTest, ExistingExtensionIsKeptAndDotFolderMeansStandard) {
@@ -154,6 +155,7 @@ TEST_F(FileNameTest, NoPathRefusesOtherFolders) {
   EXPECT_EQ(outcome.name, "/tmp/logo.mp4");
   EXPECT_TRUE(capture.has(
       "Provided path \"/tmp/\" does not match standard location \"/usr/share/ostrelle/still_images/\".\n"));
+  EXPECT_EQ(capture.traces().front().function, "FixUpInputFileNameNoPath");
   EXPECT_EQ(noPath("still_images/logo").nErrCode, 209);
   EXPECT_EQ(noPath("/logo").nErrCode, 209);
 }
