@@ -56,13 +56,6 @@ TEST(DebugChannelTest, SameNameSharesChannelUntilLastRelease) {
   _DoDbgUninitEx(hSecond, __func__, __FILE__, __LINE__);
 }
 
-TEST(DebugChannelTest, InitRejectsMissingArguments) {
-  HDBG hDbg = nullptr;
-  EXPECT_FALSE(_DoDbgInit(nullptr, &hDbg));
-  EXPECT_FALSE(_DoDbgInit("", &hDbg));
-  EXPECT_FALSE(_DoDbgInit("X", nullptr));
-}
-
 TEST(DebugChannelTest, TracesAboveChannelLevelAreDropped) {
   ScopedChannel channel("GATING");
   TraceCapture capture(4);
