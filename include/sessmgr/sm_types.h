@@ -20,7 +20,7 @@
 
 /* Compile-time layout checks usable from C99 and C++. */
 #ifdef __cplusplus
-#define SMGR_STATIC_ASSERT(expr, msg) static_assert(expr, msg)
+#define SMGR_STATIC_ASSERT(expr, msg) static_assert(expr, #msg)
 #else
 #define SMGR_STATIC_ASSERT(expr, msg) typedef char smgr_static_assert_##msg[(expr) ? 1 : -1]
 #endif
