@@ -5,6 +5,7 @@
 
 #include <cstring>
 
+#include "lib_state.h"
 #include "lib_trace.h"
 #include "object_selectors.h"
 #include "paged_enumeration.h"
@@ -286,6 +287,8 @@ bool CopyNegotiatedRecord(const ResponseView& response, size_t nOffset, void* pv
 
 }  // namespace
 
+SMGR_REGISTER_HANDLE_CLEANUP(CleanupSessMgrStreams)
+
 extern "C" {
 
 SMGR_API BOOL SessMgr_CreateStream(const SMGR_STREAM_CFG* pCfg, HSTREAM* phStream) {
@@ -531,7 +534,7 @@ SMGR_API BOOL SessMgr_DeleteAllStillImages(ULONG* pnStillsDeleted, ULONG* pnStil
   SMGRPROT_MSG_STILL_DELETE_REQ request{};
   CopyString(request.Data.szFileName, SMGRPROT_STILL_DELETE_ALL_KEYWORD, sizeof(request.Data.szFileName));
   return smgr::Transact(kDeleteAllStillsTraits, &request, sizeof(request), true, nullptr,
-                        [&](const ResponseView& response, SMGR_RESULT* pLastError) {
+                        [&](const ResponseView& response, SMGR_RESULT*) {
                           SMGRPROT_MSG_STILL_DELETE_RSP answer{};
                           response.copyOut(0, sizeof(answer), &answer, sizeof(answer));
                           if (pnStillsDeleted != nullptr) *pnStillsDeleted = answer.Data.nDeletedCount;
@@ -539,7 +542,7 @@ SMGR_API BOOL SessMgr_DeleteAllStillImages(ULONG* pnStillsDeleted, ULONG* pnStil
                           if (answer.Data.iErrno != 0)
                             SMGR_TRACE_AS(kDeleteAllStillsTraits.szOperation, 6,
                                           "Daemon reported errno %d.\n", answer.Data.iErrno);
-                          return *pLastError == SMGR_ERROR_SUCCESS;
+                          return true;
                         });
 }
 
