@@ -1,0 +1,55 @@
+// Library-wide state of the client core (one instance per process) and the
+// hooks other families use at shutdown. Defined in sessmgr_api.cpp; only the
+// core changes it, always under g_APIMutex unless noted.
+#pragma once
+
+#include <mqueue.h>
+#include <pthread.h>
+#include <sys/types.h>
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+
+#include "sessmgr_api.h"
+#include "util_dbg.h"
+
+extern HDBG g_hSMGRApiDbg;               // debug channel "SESSMGRLIB"
+extern mqd_t g_OutMsgQID;                // the daemon's request queue (write-only), -1 when closed
+extern mqd_t g_InMsgQID;                 // this process's receive queue, -1 when closed
+extern std::atomic<WORD> g_wTxSequence;  // sequence of the last request sent (some families take it unlocked)
+extern int64_t g_nMaxMsgSize;            // message size of the receive queue = receive buffer size
+extern BYTE* g_pInputBuffer;             // the receive buffer; holds the response after a wait
+extern char g_szLocalQueueName[32];      // name of the receive queue
+extern std::atomic<int> g_nLibInitCount;  // successful inits not yet shut down (read unlocked)
+extern BOOL g_bDoStringAPITrace;          // value-name operations trace their calls
+extern pthread_mutex_t g_APIMutex;        // the API mutex (recursive, see ApiLock)
+extern std::atomic<pid_t> g_ClientPID;    // process the queues and connection were made for
+extern std::atomic<uid_t> g_ClientUID;    // user ID put into every request header (set unlocked)
+extern pid_t g_SessMgrDaemonPID;          // the daemon's process ID from the connect response
+extern DWORD g_dwClientAPIVersion;        // API version the client asked for
+extern int g_enCardType;                  // card type from the connect response
+extern int g_nIPCRespTimeoutInMS;         // response time-out in ms
+extern int g_enPersonality;               // system personality
+
+namespace smgr {
+
+// Frees one family's handle table at the last shutdown. Families register
+// theirs from a static initialiser (SMGR_REGISTER_HANDLE_CLEANUP); the
+// functions run under g_APIMutex, in registration order.
+using HandleCleanupFn = void (*)();
+void RegisterHandleCleanup(HandleCleanupFn fn);
+// Runs every registered cleanup (the shutdown path; exposed for tests).
+void RunHandleCleanups();
+
+// Like SessMgrLib_WaitForResponse, but also reports how many bytes the queue
+// actually delivered (the only trustworthy bound for reading the response).
+BOOL WaitForResponse(WORD wRespType, WORD wSequence, size_t* pnReportedSize, size_t* pnReceived);
+
+}  // namespace smgr
+
+// Registers fn as a handle-table cleanup when the library is loaded.
+#define SMGR_REGISTER_HANDLE_CLEANUP(fn)                                                                 \
+  namespace {                                                                                            \
+  [[maybe_unused]] const bool s_bHandleCleanupRegistered_##fn = (smgr::RegisterHandleCleanup(fn), true); \
+  }
