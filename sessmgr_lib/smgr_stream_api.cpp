@@ -100,7 +100,10 @@ constexpr RequestTraits kDeleteAllStillsTraits = [] {
   return traits;
 }();
 
-bool ResolveStreamHandle(HSMGR hHandle, int* pID) { return smgr::StreamHandles::ResolveId(hHandle, pID); }
+// The stream family's handle check for selector translation.
+constexpr auto kResolveStreamHandle = [](HSMGR hHandle, int* pID) {
+  return smgr::StreamHandles::ResolveId(hHandle, pID);
+};
 
 const char* SelectorText(const SMGR_OBJECT_SELECTOR* pSelector, char* szBuffer, size_t nSize) {
   if (pSelector == nullptr) return CopyString(szBuffer, "NULL", nSize);
@@ -122,7 +125,7 @@ BOOL SelectorRequest(const RequestTraits& traits, const SMGR_OBJECT_SELECTOR* pS
   return smgr::Transact(
       traits, &request, sizeof(request), bValid,
       [&](void*) {
-        if (!smgr::TranslateSelector(traits.szOperation, *pSelector, accepted, ResolveStreamHandle,
+        if (!smgr::TranslateSelector(traits.szOperation, *pSelector, accepted, kResolveStreamHandle,
                                      &request.Data.Select))
           return false;
         if (traits.wRequestType == SMGRPROT_STREAM_DELETE_REQ && pSelector->enType == SMGR_SELECTBY_OBJECT_ID)
