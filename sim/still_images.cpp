@@ -14,11 +14,15 @@
 
 namespace sim {
 
-StillDeleteOutcome DeleteStillImages(Appliance& appliance, const std::string& fileName) {
+StillDeleteOutcome DeleteStillImages(Appliance& appliance, const std::string& requestedName) {
   namespace fs = std::filesystem;
   StillDeleteOutcome outcome;
   StreamModel& streams = appliance.family<StreamModel>();
   const fs::path folder = appliance.stillImageDir();
+  // Clients send names completed with the appliance's still-image folder; it maps onto ours.
+  std::string fileName = requestedName;
+  const std::string standardFolder = SMGR_STILL_IMAGE_FOLDER;
+  if (fileName.rfind(standardFolder, 0) == 0) fileName = fileName.substr(standardFolder.size());
 
   auto removeOne = [&](const fs::path& path) {
     const std::string base = path.filename().string();

@@ -16,7 +16,8 @@ struct StillDeleteOutcome {
   int lastErrno = 0;
 };
 
-// szFileName: a base name ("logo.mp4") or the keyword "all".
+// fileName: a base name ("logo.mp4"), a name in the appliance's still-image folder
+// (SMGR_STILL_IMAGE_FOLDER "logo.mp4"), or the keyword "all".
 StillDeleteOutcome DeleteStillImages(Appliance& appliance, const std::string& fileName);
 
 }  // namespace sim

@@ -107,10 +107,15 @@ StreamModel::Stream* StreamModel::find(const StreamSelector& selector) {
   return nullptr;
 }
 
-int StreamModel::allocateId() const {
-  int id = 1;
-  while (streams_.count(id)) ++id;
-  return id;
+int StreamModel::allocateId() {
+  // IDs go up and are not reused at once, so that a client holding the ID of a
+  // deleted stream does not reach another client's new stream by it.
+  for (int tries = 0; tries < kMaxStreamId; ++tries) {
+    const int id = nextId_;
+    nextId_ = nextId_ >= kMaxStreamId ? 1 : nextId_ + 1;
+    if (!streams_.count(id)) return id;
+  }
+  return 0;  // unreachable: the stream limit is far below kMaxStreamId
 }
 
 SMGR_RESULT StreamModel::validate(const SMGR_STREAM_CFG& cfg, const SMGRPROT_OBJECT_SELECTOR* sources,

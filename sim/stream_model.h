@@ -81,7 +81,7 @@ class StreamModel {
   Stream* find(const StreamSelector& selector);
   SMGR_RESULT validate(const SMGR_STREAM_CFG& cfg, const SMGRPROT_OBJECT_SELECTOR* sources,
                        size_t sourceCount, Stream* stream, std::string* why);
-  int allocateId() const;
+  int allocateId();
   int setupDelayMs(const Stream& stream) const;
   int reportedState(const Stream& stream, int64_t now) const;
   int64_t flowMs(const Stream& stream, int64_t now) const;
@@ -91,6 +91,7 @@ class StreamModel {
 
   Appliance& appliance_;
   std::map<int, Stream> streams_;
+  int nextId_ = 1;
 };
 
 }  // namespace sim
