@@ -68,8 +68,8 @@ class Server : public Outbox {
   Dispatcher dispatcher_;
   mqd_t queue_ = -1;
   std::vector<uint8_t> buffer_;
-  TrackedMutex modelMutex_{std::source_location::current()};
-  TrackedMutex clientsMutex_{std::source_location::current()};
+  TrackedMutex modelMutex_{SourceLocation::current()};
+  TrackedMutex clientsMutex_{SourceLocation::current()};
   std::map<pid_t, Client> clients_;
   std::atomic<bool> shutdownRequested_{false};
 };

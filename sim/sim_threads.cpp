@@ -53,7 +53,7 @@ std::string ReadComm(int tid) {
 
 }  // namespace
 
-void ThreadRecord::beat(std::source_location where) {
+void ThreadRecord::beat(SourceLocation where) {
   iterations_.fetch_add(1, std::memory_order_relaxed);
   line_.store(where.line(), std::memory_order_relaxed);
 }
@@ -65,7 +65,7 @@ void ThreadRecord::setState(ThreadState state) {
   }
 }
 
-ThreadRecord& RegisterCurrentThread(const char* name, std::source_location where) {
+ThreadRecord& RegisterCurrentThread(const char* name, SourceLocation where) {
   auto record = std::make_shared<ThreadRecord>();
   record->name_ = name;
   record->file_ = BaseName(where.file_name());
@@ -92,7 +92,7 @@ void UnregisterCurrentThread() {
   t_current.reset();
 }
 
-std::thread StartThread(const char* name, std::function<void()> body, std::source_location where) {
+std::thread StartThread(const char* name, std::function<void()> body, SourceLocation where) {
   std::string threadName = name;
   return std::thread([threadName, body = std::move(body), where] {
     RegisterCurrentThread(threadName.c_str(), where);
@@ -147,7 +147,7 @@ std::vector<ThreadSnapshot> SnapshotThreads() {
   return out;
 }
 
-TrackedMutex::TrackedMutex(std::source_location created)
+TrackedMutex::TrackedMutex(SourceLocation created)
     : creationFile_(BaseName(created.file_name())), creationLine_(static_cast<int>(created.line())) {
   std::lock_guard<std::mutex> lock(Mutexes().mutex);
   Mutexes().mutexes.push_back(this);
@@ -159,7 +159,7 @@ TrackedMutex::~TrackedMutex() {
   list.erase(std::remove(list.begin(), list.end(), this), list.end());
 }
 
-void TrackedMutex::lock(std::source_location where) {
+void TrackedMutex::lock(SourceLocation where) {
   mutex_.lock();
   std::lock_guard<std::mutex> info(infoMutex_);
   locked_ = true;

@@ -7,12 +7,31 @@
 #include <cstdint>
 #include <functional>
 #include <mutex>
-#include <source_location>
 #include <string>
 #include <thread>
 #include <vector>
 
 namespace sim {
+
+// Where something happened. SourceLocation is not usable with every
+// compiler this tree builds with, the builtins are.
+class SourceLocation {
+ public:
+  static constexpr SourceLocation current(const char* file = __builtin_FILE(), int line = __builtin_LINE(),
+                                          const char* function = __builtin_FUNCTION()) {
+    return SourceLocation(file, line, function);
+  }
+  constexpr const char* file_name() const { return file_; }
+  constexpr int line() const { return line_; }
+  constexpr const char* function_name() const { return function_; }
+
+ private:
+  constexpr SourceLocation(const char* file, int line, const char* function)
+      : file_(file), line_(line), function_(function) {}
+  const char* file_;
+  int line_;
+  const char* function_;
+};
 
 // ---- Threads ---------------------------------------------------------------
 
@@ -39,7 +58,7 @@ struct ThreadSnapshot {
 
 // Per-thread bookkeeping; a thread reaches its own record through CurrentThread().
 struct ThreadRecord {
-  void beat(std::source_location where = std::source_location::current());
+  void beat(SourceLocation where = SourceLocation::current());
   void setState(ThreadState state);
 
   std::string name_;
@@ -56,15 +75,14 @@ struct ThreadRecord {
 };
 
 // Registers the calling thread (the main thread calls this once at start).
-ThreadRecord& RegisterCurrentThread(const char* name,
-                                    std::source_location where = std::source_location::current());
+ThreadRecord& RegisterCurrentThread(const char* name, SourceLocation where = SourceLocation::current());
 // The calling thread's record, or nullptr for an unregistered thread.
 ThreadRecord* CurrentThread();
 void UnregisterCurrentThread();
 
 // Starts a named, registered thread (the kernel name is set too, so ps shows it).
 std::thread StartThread(const char* name, std::function<void()> body,
-                        std::source_location where = std::source_location::current());
+                        SourceLocation where = SourceLocation::current());
 
 // Every task of this process (read from /proc/self/task), enriched with the
 // registry's counters for registered threads. Deltas count since the previous call.
@@ -88,12 +106,12 @@ struct MutexSnapshot {
 
 class TrackedMutex {
  public:
-  explicit TrackedMutex(std::source_location created = std::source_location::current());
+  explicit TrackedMutex(SourceLocation created = SourceLocation::current());
   ~TrackedMutex();
   TrackedMutex(const TrackedMutex&) = delete;
   TrackedMutex& operator=(const TrackedMutex&) = delete;
 
-  void lock(std::source_location where = std::source_location::current());
+  void lock(SourceLocation where = SourceLocation::current());
   void unlock();
 
   MutexSnapshot snapshot();
@@ -117,7 +135,7 @@ class TrackedMutex {
 // RAII guard that records where the lock was taken.
 class TrackedLock {
  public:
-  explicit TrackedLock(TrackedMutex& mutex, std::source_location where = std::source_location::current())
+  explicit TrackedLock(TrackedMutex& mutex, SourceLocation where = SourceLocation::current())
       : mutex_(mutex) {
     mutex_.lock(where);
   }
