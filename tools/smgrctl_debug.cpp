@@ -85,18 +85,18 @@ int RunThreads() {
                      {"scheduler", thread.iScheduler},
                      {"priority", thread.iPriority},
                      {"state", thread.enState},
-                     {"iterations", thread.nIterations},
-                     {"iterations_delta", thread.nIterationsDelta},
-                     {"state_changes", thread.nStateChanges},
+                     {"iterations", Val(thread.nIterations)},
+                     {"iterations_delta", Val(thread.nIterationsDelta)},
+                     {"state_changes", Val(thread.nStateChanges)},
                      {"function", function},
                      {"file", file},
-                     {"line", thread.nLineNumber},
-                     {"stuck_count", thread.nStuckCount}});
+                     {"line", Val(thread.nLineNumber)},
+                     {"stuck_count", Val(thread.nStuckCount)}});
     table.add({std::to_string(thread.iThreadID), name, SchedulerName(thread.iScheduler),
                std::to_string(thread.iPriority), std::to_string(thread.enState),
-               std::to_string(thread.nIterations), std::to_string(thread.nIterationsDelta),
+               std::to_string(Val(thread.nIterations)), std::to_string(Val(thread.nIterationsDelta)),
                function.empty() ? "-" : function,
-               file.empty() ? "-" : file + ":" + std::to_string(thread.nLineNumber)});
+               file.empty() ? "-" : file + ":" + std::to_string(Val(thread.nLineNumber))});
   }
   if (Globals().json) {
     PrintJson(array);
@@ -121,18 +121,19 @@ int RunMutexes() {
     const std::string file = Bounded(mutex.szFile, sizeof mutex.szFile);
     array.push_back({{"created_at", created},
                      {"in_lock", mutex.nInLockCount},
-                     {"acquired", mutex.nAquiredCount},
-                     {"released", mutex.nReleasedCount},
-                     {"acquired_delta", mutex.nAquiredDelta},
+                     {"acquired", Val(mutex.nAquiredCount)},
+                     {"released", Val(mutex.nReleasedCount)},
+                     {"acquired_delta", Val(mutex.nAquiredDelta)},
                      {"owner_tid", mutex.iOwnerThreadID},
                      {"owner", owner},
                      {"function", function},
                      {"file", file},
-                     {"line", mutex.nLineNumber}});
-    table.add({created, std::to_string(mutex.nInLockCount), std::to_string(mutex.nAquiredCount),
-               std::to_string(mutex.nReleasedCount), std::to_string(mutex.nAquiredDelta),
-               owner.empty() ? "-" : owner + " (" + std::to_string(mutex.iOwnerThreadID) + ")",
-               function.empty() ? "-" : function + " " + file + ":" + std::to_string(mutex.nLineNumber)});
+                     {"line", Val(mutex.nLineNumber)}});
+    table.add(
+        {created, std::to_string(mutex.nInLockCount), std::to_string(Val(mutex.nAquiredCount)),
+         std::to_string(Val(mutex.nReleasedCount)), std::to_string(Val(mutex.nAquiredDelta)),
+         owner.empty() ? "-" : owner + " (" + std::to_string(mutex.iOwnerThreadID) + ")",
+         function.empty() ? "-" : function + " " + file + ":" + std::to_string(Val(mutex.nLineNumber))});
   }
   if (Globals().json) {
     PrintJson(array);

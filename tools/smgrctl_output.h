@@ -52,6 +52,12 @@ std::string SrtVersionText(int version);
 std::string FecTypeName(int type);
 std::string DurationText(uint64_t seconds);
 
+// A field of a packed record by value (a reference to it may be misaligned).
+template <typename T>
+constexpr T Val(T value) {
+  return value;
+}
+
 // "12" selects by ID, anything else by name. The name must outlive the selector.
 SMGR_OBJECT_SELECTOR ParseSelector(const std::string& text);
 

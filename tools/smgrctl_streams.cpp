@@ -143,18 +143,18 @@ json StatsJson(const SMGR_STREAM_INFO& info, const SMGR_STREAM_STATS& stats) {
                 {"name", info.szName},
                 {"state", StateName(stats.enState)},
                 {"state_value", stats.enState},
-                {"uptime_s", stats.nUpTimeInSecs},
-                {"tx_packets", sender.nTxOkPackets},
-                {"tx_bytes", sender.nTxOkBytes},
-                {"tx_failed_packets", sender.nTxFailedPackets},
+                {"uptime_s", Val(stats.nUpTimeInSecs)},
+                {"tx_packets", Val(sender.nTxOkPackets)},
+                {"tx_bytes", Val(sender.nTxOkBytes)},
+                {"tx_failed_packets", Val(sender.nTxFailedPackets)},
                 {"bitrate_kbps", stats.nBitRateInKbps},
                 {"max_packet_payload", stats.nMaxPacketPayload}};
   if (info.enEncapsulation == SMGR_STREAM_ENCAPS_TS_SRT) {
     const SMGR_STREAM_SRT_STATS& conn = stats.EncapSpecStats.SRT.Conn;
     value["srt"] = {{"links", stats.EncapSpecStats.SRT.nLinks},
-                    {"sent_packets", conn.Dir.Tx.nSentPkts},
-                    {"resent_packets", conn.Dir.Tx.nResentPkts},
-                    {"lost_packets", conn.nLostPkts},
+                    {"sent_packets", Val(conn.Dir.Tx.nSentPkts)},
+                    {"resent_packets", Val(conn.Dir.Tx.nResentPkts)},
+                    {"lost_packets", Val(conn.nLostPkts)},
                     {"rtt_ms", conn.iRTT},
                     {"latency_ms", conn.iLatency},
                     {"version", SrtVersionText(conn.iVersion)},
@@ -235,16 +235,16 @@ int RunShow(const std::string& target) {
     add("SRT latency", std::to_string(srt.nLatencyInMS) + " ms");
     if (srt.szPublishingID[0]) add("SRT publishing ID", srt.szPublishingID);
   }
-  add("Up time", DurationText(stats.nUpTimeInSecs));
-  add("Packets / bytes", std::to_string(stats.Counters.Sender.nTxOkPackets) + " / " +
-                             std::to_string(stats.Counters.Sender.nTxOkBytes));
+  add("Up time", DurationText(Val(stats.nUpTimeInSecs)));
+  add("Packets / bytes", std::to_string(Val(stats.Counters.Sender.nTxOkPackets)) + " / " +
+                             std::to_string(Val(stats.Counters.Sender.nTxOkBytes)));
   add("Bit rate", std::to_string(stats.nBitRateInKbps) + " kbit/s");
   if (info.enEncapsulation == SMGR_STREAM_ENCAPS_TS_SRT) {
     const SMGR_STREAM_SRT_STATS& conn = stats.EncapSpecStats.SRT.Conn;
     add("SRT RTT", std::to_string(conn.iRTT) + " ms");
-    add("SRT sent / resent / lost", std::to_string(conn.Dir.Tx.nSentPkts) + " / " +
-                                        std::to_string(conn.Dir.Tx.nResentPkts) + " / " +
-                                        std::to_string(conn.nLostPkts));
+    add("SRT sent / resent / lost", std::to_string(Val(conn.Dir.Tx.nSentPkts)) + " / " +
+                                        std::to_string(Val(conn.Dir.Tx.nResentPkts)) + " / " +
+                                        std::to_string(Val(conn.nLostPkts)));
     add("SRT version (local / peer)",
         SrtVersionText(conn.iVersion) + " / " + SrtVersionText(conn.iPeerVersion));
   }
@@ -445,10 +445,11 @@ int PrintStatsOnce(const std::vector<std::string>& targets) {
     array.push_back(StatsJson(info, stats));
     const bool srt = info.enEncapsulation == SMGR_STREAM_ENCAPS_TS_SRT;
     const SMGR_STREAM_SRT_STATS& conn = stats.EncapSpecStats.SRT.Conn;
-    table.add({std::to_string(info.nIndex), info.szName, StateName(stats.enState),
-               DurationText(stats.nUpTimeInSecs), std::to_string(stats.Counters.Sender.nTxOkPackets),
-               std::to_string(stats.Counters.Sender.nTxOkBytes), std::to_string(stats.nBitRateInKbps),
-               srt ? std::to_string(conn.iRTT) + " ms" : "-", srt ? std::to_string(conn.nLostPkts) : "-"});
+    table.add(
+        {std::to_string(info.nIndex), info.szName, StateName(stats.enState),
+         DurationText(Val(stats.nUpTimeInSecs)), std::to_string(Val(stats.Counters.Sender.nTxOkPackets)),
+         std::to_string(Val(stats.Counters.Sender.nTxOkBytes)), std::to_string(stats.nBitRateInKbps),
+         srt ? std::to_string(conn.iRTT) + " ms" : "-", srt ? std::to_string(Val(conn.nLostPkts)) : "-"});
   }
   if (Globals().json) {
     PrintJson(array);

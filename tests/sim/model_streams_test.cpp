@@ -251,33 +251,35 @@ TEST_F(StreamStateTest, SrtPhasesBeforeStreaming) {
 
 TEST_F(StreamCountersTest, AdvanceWhileStreamingFreezeWhilePausedZeroOnReset) {
   const int id = create(UdpConfig("cam1")).id;
-  EXPECT_EQ(statsOf(id).Counters.Sender.nTxOkBytes, 0u);
+  EXPECT_EQ(uint64_t{statsOf(id).Counters.Sender.nTxOkBytes}, 0u);
   ASSERT_EQ(streams().start(ById(id)).result, SMGR_ERROR_SUCCESS);
   clock_->advanceMs(2000);
   SMGR_STREAM_STATS running = statsOf(id);
   EXPECT_EQ(running.enState, SMGR_STREAM_STATE_RUNNING);
-  EXPECT_EQ(running.nUpTimeInSecs, 2u);
+  EXPECT_EQ(uint64_t{running.nUpTimeInSecs}, 2u);
   EXPECT_EQ(running.nSize, sizeof(SMGR_STREAM_STATS));
   // Bytes follow the bit rate: kbit/s x 2 s / 8, in whole 1316-byte packets.
   const uint64_t expected = static_cast<uint64_t>(running.nBitRateInKbps) * 2000 / 8;
-  EXPECT_LE(running.Counters.Sender.nTxOkBytes, expected);
-  EXPECT_GT(running.Counters.Sender.nTxOkBytes, expected - 1316);
-  EXPECT_EQ(running.Counters.Sender.nTxOkBytes, running.Counters.Sender.nTxOkPackets * 1316);
+  EXPECT_LE(uint64_t{running.Counters.Sender.nTxOkBytes}, expected);
+  EXPECT_GT(uint64_t{running.Counters.Sender.nTxOkBytes}, expected - 1316);
+  EXPECT_EQ(uint64_t{running.Counters.Sender.nTxOkBytes},
+            uint64_t{running.Counters.Sender.nTxOkPackets} * 1316);
 
   ASSERT_EQ(streams().pause(ById(id)).result, SMGR_ERROR_SUCCESS);
   clock_->advanceMs(5000);
   SMGR_STREAM_STATS paused = statsOf(id);
-  EXPECT_EQ(paused.Counters.Sender.nTxOkPackets, running.Counters.Sender.nTxOkPackets);
+  EXPECT_EQ(uint64_t{paused.Counters.Sender.nTxOkPackets}, uint64_t{running.Counters.Sender.nTxOkPackets});
   EXPECT_EQ(paused.nBitRateInKbps, 0);
 
   ASSERT_EQ(streams().resume(ById(id)).result, SMGR_ERROR_SUCCESS);
   clock_->advanceMs(1000);
-  EXPECT_GT(statsOf(id).Counters.Sender.nTxOkPackets, paused.Counters.Sender.nTxOkPackets);
+  EXPECT_GT(uint64_t{statsOf(id).Counters.Sender.nTxOkPackets},
+            uint64_t{paused.Counters.Sender.nTxOkPackets});
 
   ASSERT_EQ(streams().resetStats(ById(id)).result, SMGR_ERROR_SUCCESS);
-  EXPECT_EQ(statsOf(id).Counters.Sender.nTxOkPackets, 0u);
+  EXPECT_EQ(uint64_t{statsOf(id).Counters.Sender.nTxOkPackets}, 0u);
   clock_->advanceMs(1000);
-  EXPECT_GT(statsOf(id).Counters.Sender.nTxOkPackets, 0u);
+  EXPECT_GT(uint64_t{statsOf(id).Counters.Sender.nTxOkPackets}, 0u);
 }
 
 TEST_F(StreamCountersTest, SrtLinkFiguresAndRedundantLinks) {
@@ -286,16 +288,17 @@ TEST_F(StreamCountersTest, SrtLinkFiguresAndRedundantLinks) {
   cfg.bAutoStart = TRUE;
   const int id = create(cfg).id;
   clock_->advanceMs(500);
-  EXPECT_EQ(statsOf(id).EncapSpecStats.SRT.Conn.Dir.Tx.nSentPkts, 0u);  // still connecting
+  EXPECT_EQ(uint64_t{statsOf(id).EncapSpecStats.SRT.Conn.Dir.Tx.nSentPkts}, 0u);  // still connecting
   clock_->advanceMs(10000);
   SMGR_STREAM_STATS stats = statsOf(id);
   const SMGR_STREAM_SRT_STATS& conn = stats.EncapSpecStats.SRT.Conn;
-  EXPECT_GT(conn.Dir.Tx.nSentPkts, stats.Counters.Sender.nTxOkPackets);  // retransmissions included
-  EXPECT_GT(conn.Dir.Tx.nResentPkts, 0u);
+  EXPECT_GT(uint64_t{conn.Dir.Tx.nSentPkts},
+            uint64_t{stats.Counters.Sender.nTxOkPackets});  // retransmissions included
+  EXPECT_GT(uint64_t{conn.Dir.Tx.nResentPkts}, 0u);
   EXPECT_EQ(conn.iLatency, 120);  // the daemon's default latency
   EXPECT_EQ(conn.enState, SMGR_STREAM_STATE_RUNNING);
   EXPECT_EQ(stats.EncapSpecStats.SRT.nLinks, 2);
-  EXPECT_EQ(stats.EncapSpecStats.SRT.Link[1].Dir.Tx.nSentPkts, 0u);  // the backup link idles
+  EXPECT_EQ(uint64_t{stats.EncapSpecStats.SRT.Link[1].Dir.Tx.nSentPkts}, 0u);  // the backup link idles
 }
 
 TEST_F(StreamCountersTest, UnresolvedHostNameKeepsResolving) {
@@ -306,7 +309,7 @@ TEST_F(StreamCountersTest, UnresolvedHostNameKeepsResolving) {
   clock_->advanceMs(5000);
   SMGR_STREAM_STATS stats = statsOf(id);
   EXPECT_EQ(stats.enState, SMGR_STREAM_STATE_RESOLVING);
-  EXPECT_EQ(stats.Counters.Sender.nTxOkPackets, 0u);
+  EXPECT_EQ(uint64_t{stats.Counters.Sender.nTxOkPackets}, 0u);
 }
 
 }  // namespace
