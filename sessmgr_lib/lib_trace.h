@@ -20,8 +20,9 @@ extern HDBG g_hSMGRApiDbg;
 
 #define SMGR_TRACE_ENABLED(nLevel) UTIL_DBG_ENABLED(g_hSMGRApiDbg, nLevel)
 
-// Debug precondition: reports the expression text when it does not hold.
-#define SMGR_ASSERT(expr) UTIL_ASSERT(expr)
+// Debug precondition: reports the expression text, as written (stringized here so
+// that macros in it, e.g. NULL, are not expanded), when it does not hold.
+#define SMGR_ASSERT(expr) SMGR_ASSERT_TEXT(expr, #expr)
 // Same, with the exact expression text the traces must show.
 #define SMGR_ASSERT_TEXT(expr, szText)                        \
   do {                                                        \

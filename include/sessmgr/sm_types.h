@@ -18,7 +18,8 @@
 /* Marks an operation exported from libsessmgr.so; everything else is hidden. */
 #define SMGR_API __attribute__((visibility("default")))
 
-/* Compile-time layout checks usable from C99 and C++. */
+/* Compile-time layout checks usable from C99 and C++; msg is an identifier unique in
+ * its file (C99 has no static_assert, so the check is a file-scope typedef). */
 #ifdef __cplusplus
 #define SMGR_STATIC_ASSERT(expr, msg) static_assert(expr, #msg)
 #else
