@@ -147,12 +147,10 @@ TEST_F(StreamControlTest, EnumerationPaging) {
   peer.onRequest(SMGRPROT_STREAM_ENUMERATE_REQ, [&](const Request& request) {
     const int32_t nWanted = request.field<int32_t>(16);
     const uint32_t nReturned = nWanted < 3 ? static_cast<uint32_t>(nWanted) : 3;
-    return Reply::ok()
-        .size(32 + nReturned * kElement)
-        .put(20, uint32_t{7})
-        .put(24, nReturned)
-        .put(28, kElement)
-        .bytes(32, records.data(), nReturned * kElement);
+    Reply reply =
+        Reply::ok().size(32 + nReturned * kElement).put(20, uint32_t{7}).put(24, nReturned).put(28, kElement);
+    if (nReturned > 0) reply.bytes(32, records.data(), nReturned * kElement);
+    return reply;
   });
   UINT nTotal = 0, nReturned = 9;
   size_t nElement = 0;
