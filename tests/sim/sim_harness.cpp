@@ -29,6 +29,15 @@ std::string ReadFile(const std::filesystem::path& path) {
 }  // namespace
 
 SimProcess::SimProcess() {
+  // The simulator exits at once when the queue budget is exhausted: try again for a while.
+  for (int attempt = 0; attempt < 40 && !ready_; ++attempt) {
+    if (attempt) std::this_thread::sleep_for(std::chrono::milliseconds(250));
+    start();
+  }
+}
+
+void SimProcess::start() {
+  if (!dir_.empty()) std::filesystem::remove_all(dir_);  // a failed earlier attempt
   const int n = ++g_counter;
   dir_ = std::filesystem::temp_directory_path() /
          ("sim-e2e-" + std::to_string(getpid()) + "-" + std::to_string(n));
@@ -105,7 +114,12 @@ RawClient::RawClient(const std::string& daemonQueue, long maxMessages) {
   mq_attr attr{};
   attr.mq_maxmsg = maxMessages;
   attr.mq_msgsize = 8192;
-  in_ = mq_open(name_.c_str(), O_RDONLY | O_CREAT | O_NONBLOCK, 0600, &attr);
+  // The per-user queue budget is shared with every process of the machine: wait for room.
+  for (int attempt = 0; attempt < 80; ++attempt) {
+    in_ = mq_open(name_.c_str(), O_RDONLY | O_CREAT | O_NONBLOCK, 0600, &attr);
+    if (in_ != (mqd_t)-1 || (errno != EMFILE && errno != ENOSPC)) break;
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  }
   out_ = mq_open(daemonQueue.c_str(), O_WRONLY | O_NONBLOCK);
 }
 
@@ -152,7 +166,8 @@ std::vector<uint8_t> RawClient::receive(std::chrono::milliseconds timeout) {
   return {};
 }
 
-CommandResult RunCtl(const std::vector<std::string>& args) {
+namespace {
+CommandResult RunCtlOnce(const std::vector<std::string>& args) {
   CommandResult result;
   char outPath[] = "/tmp/smgrctl-out-XXXXXX";
   char errPath[] = "/tmp/smgrctl-err-XXXXXX";
@@ -178,6 +193,19 @@ CommandResult RunCtl(const std::vector<std::string>& args) {
   result.err = ReadFile(errPath);
   unlink(outPath);
   unlink(errPath);
+  return result;
+}
+}  // namespace
+
+CommandResult RunCtl(const std::vector<std::string>& args) {
+  // The library cannot make its receive queue while the machine's queue budget
+  // is exhausted by other processes: wait for room, as any client would.
+  CommandResult result;
+  for (int attempt = 0; attempt < 40; ++attempt) {
+    result = RunCtlOnce(args);
+    if (result.status == 0 || result.err.find("Too many open files") == std::string::npos) break;
+    std::this_thread::sleep_for(std::chrono::milliseconds(250));
+  }
   return result;
 }
 

@@ -34,6 +34,8 @@ class SimProcess {
   bool stop();
 
  private:
+  void start();
+
   std::filesystem::path dir_;
   std::string queue_;
   pid_t pid_ = -1;
