@@ -72,21 +72,21 @@ HandlerRegistry& HandlerRegistry::Global() {
   return registry;
 }
 
-void HandlerRegistry::add(const char* family, const HandlerSpec& spec) {
-  if (!handlers_.emplace(spec.request, spec).second) {
-    fprintf(stderr, "sessmgrd-sim: message %u registered twice (family %s)\n", spec.request, family);
+void HandlerRegistry::add(const char* family, const HandlerEntry& entry) {
+  if (!handlers_.emplace(entry.request, entry).second) {
+    fprintf(stderr, "sessmgrd-sim: message %u registered twice (family %s)\n", entry.request, family);
     abort();
   }
   if (families_.empty() || families_.back() != family) families_.push_back(family);
 }
 
-const HandlerSpec* HandlerRegistry::find(WORD type) const {
+const HandlerEntry* HandlerRegistry::find(WORD type) const {
   auto it = handlers_.find(type);
   return it == handlers_.end() ? nullptr : &it->second;
 }
 
-FamilyRegistration::FamilyRegistration(const char* family, std::initializer_list<HandlerSpec> specs) {
-  for (const HandlerSpec& spec : specs) HandlerRegistry::Global().add(family, spec);
+FamilyRegistration::FamilyRegistration(const char* family, std::initializer_list<HandlerEntry> entries) {
+  for (const HandlerEntry& entry : entries) HandlerRegistry::Global().add(family, entry);
 }
 
 void Dispatcher::send(const ClientInfo& client, const Reply& reply) {
@@ -103,9 +103,9 @@ void Dispatcher::dispatch(const ClientInfo& client, const uint8_t* message, size
   }
   Request request(message, size);
   const SMGRPROT_HEADER& header = request.header();
-  const HandlerSpec* spec = registry_.find(header.wMsgType);
+  const HandlerEntry* entry = registry_.find(header.wMsgType);
 
-  if (!spec) {
+  if (!entry) {
     if (IsCataloguedRequest(header.wMsgType)) {
       SIM_LOG_WARN("pid %d: request %u is not modelled by this simulator, answering %u", client.pid,
                    header.wMsgType, SMGR_ERROR_UNSUPPORTED_API);
@@ -118,29 +118,29 @@ void Dispatcher::dispatch(const ClientInfo& client, const uint8_t* message, size
     return;
   }
 
-  if (header.wMsgSize != size || size != spec->requestSize) {
+  if (header.wMsgSize != size || size != entry->requestSize) {
     SIM_LOG_WARN("pid %d: %s request with wMsgSize %u, %zu bytes received, %zu expected", client.pid,
-                 spec->name, header.wMsgSize, size, spec->requestSize);
-    if (spec->response) {
-      Reply reply(header, spec->response, spec->responseSize);
-      reply.result(SMGR_ERROR_INVALID_PARAMETERS).describe("Malformed %s request", spec->name);
+                 entry->name, header.wMsgSize, size, entry->requestSize);
+    if (entry->response) {
+      Reply reply(header, entry->response, entry->responseSize);
+      reply.result(SMGR_ERROR_INVALID_PARAMETERS).describe("Malformed %s request", entry->name);
       send(client, reply);
     }
     return;
   }
 
-  SIM_LOG_DEBUG("<- pid %d: %s (type %u seq %u)", client.pid, spec->name, header.wMsgType,
+  SIM_LOG_DEBUG("<- pid %d: %s (type %u seq %u)", client.pid, entry->name, header.wMsgType,
                 header.wMsgSequence);
-  Reply reply(header, spec->response, spec->responseSize);
+  Reply reply(header, entry->response, entry->responseSize);
   Context context(appliance_, outbox_, client, header);
   try {
-    spec->handler(context, request, reply);
+    entry->handler(context, request, reply);
   } catch (const std::exception& e) {
-    SIM_LOG_ERROR("pid %d: %s handler failed: %s", client.pid, spec->name, e.what());
-    reply = Reply(header, spec->response, spec->responseSize);
+    SIM_LOG_ERROR("pid %d: %s handler failed: %s", client.pid, entry->name, e.what());
+    reply = Reply(header, entry->response, entry->responseSize);
     reply.result(SMGR_ERROR_GENERIC_FAILURE);
   }
-  if (spec->response && !reply.suppressed()) send(client, reply);
+  if (entry->response && !reply.suppressed()) send(client, reply);
 }
 
 }  // namespace sim

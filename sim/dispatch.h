@@ -116,7 +116,7 @@ class Context {
 using HandlerFn = std::function<void(Context&, const Request&, Reply&)>;
 
 // A request type that a family answers.
-struct HandlerSpec {
+struct HandlerEntry {
   WORD request = 0;
   const char* name = "";
   size_t requestSize = 0;   // exact wMsgSize the request must have
@@ -129,19 +129,19 @@ class HandlerRegistry {
  public:
   static HandlerRegistry& Global();
   // Aborts on a duplicate type: two families claiming one message is a build mistake.
-  void add(const char* family, const HandlerSpec& spec);
-  const HandlerSpec* find(WORD type) const;
+  void add(const char* family, const HandlerEntry& entry);
+  const HandlerEntry* find(WORD type) const;
   const std::vector<std::string>& families() const { return families_; }
   size_t size() const { return handlers_.size(); }
 
  private:
-  std::map<WORD, HandlerSpec> handlers_;
+  std::map<WORD, HandlerEntry> handlers_;
   std::vector<std::string> families_;
 };
 
 // Static registration object: one per family file.
 struct FamilyRegistration {
-  FamilyRegistration(const char* family, std::initializer_list<HandlerSpec> specs);
+  FamilyRegistration(const char* family, std::initializer_list<HandlerEntry> entries);
 };
 
 // Runs one request of a connected client through the registry and sends the reply.
