@@ -12,9 +12,9 @@ extern HDBG g_hSMGRApiDbg;
 
 // Trace on behalf of an exported operation (the request engine traces with the
 // name of the operation it runs, not its own).
-#define SMGR_TRACE_AS(szFunction, nLevel, ...)                                        \
-  do {                                                                                \
-    if (UTIL_DBG_ENABLED(g_hSMGRApiDbg, nLevel))                                      \
+#define SMGR_TRACE_AS(szFunction, nLevel, ...)                                               \
+  do {                                                                                       \
+    if (UTIL_DBG_ENABLED(g_hSMGRApiDbg, nLevel))                                             \
       _DoDbgPrintEx(g_hSMGRApiDbg, (nLevel), (szFunction), __FILE__, __LINE__, __VA_ARGS__); \
   } while (0)
 
@@ -24,8 +24,8 @@ extern HDBG g_hSMGRApiDbg;
 // that macros in it, e.g. NULL, are not expanded), when it does not hold.
 #define SMGR_ASSERT(expr) SMGR_ASSERT_TEXT(expr, #expr)
 // Same, with the exact expression text the traces must show.
-#define SMGR_ASSERT_TEXT(expr, szText)                        \
-  do {                                                        \
+#define SMGR_ASSERT_TEXT(expr, szText)                              \
+  do {                                                              \
     if (!(expr)) _DoAssert((szText), __func__, __FILE__, __LINE__); \
   } while (0)
 

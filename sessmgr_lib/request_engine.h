@@ -31,8 +31,9 @@ class FunctionRef<R(Args...)> {
   FunctionRef(std::nullptr_t) {}
   template <typename F, typename = std::enable_if_t<!std::is_same_v<std::decay_t<F>, FunctionRef>>>
   FunctionRef(F&& f)  // NOLINT(google-explicit-constructor): used like a lambda parameter
-      : object_(const_cast<void*>(static_cast<const void*>(&f))),
-        call_([](void* o, Args... args) -> R { return (*static_cast<std::remove_reference_t<F>*>(o))(std::forward<Args>(args)...); }) {}
+      : object_(const_cast<void*>(static_cast<const void*>(&f))), call_([](void* o, Args... args) -> R {
+          return (*static_cast<std::remove_reference_t<F>*>(o))(std::forward<Args>(args)...);
+        }) {}
   R operator()(Args... args) const { return call_(object_, std::forward<Args>(args)...); }
   explicit operator bool() const { return call_ != nullptr; }
 
