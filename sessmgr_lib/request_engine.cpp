@@ -218,6 +218,10 @@ BOOL Transact(const RequestTraits& traits, void* pvRequest, size_t nRequestSize,
 
   SMGR_RESULT result = response.result();
   if (!PassesSuccessTest(traits.success, result)) {
+    if (traits.bCopyBackOnFailure && copyBack) {
+      SMGR_RESULT ignored = result;  // the outcome stays this failure
+      copyBack(response, &ignored);
+    }
     SetDaemonFailure(traits, response, result);
     pthread_mutex_unlock(&g_APIMutex);
     return Done(traits, FALSE);

@@ -128,6 +128,10 @@ struct RequestTraits {
   // the generic head (180 with a description, 20 without). A shorter response
   // fails with SMGR_ERROR_DAEMON_TO_LIB_IPC_GEN_ERROR and nothing is copied.
   size_t nMinResponseSize = 0;
+  // The copy-back also runs for a Result that fails the success test (for
+  // responses whose other fields matter either way); the operation still
+  // fails with the standard failure last error.
+  bool bCopyBackOnFailure = false;
 };
 
 // A received response, readable only within the bytes the queue delivered.
