@@ -26,7 +26,6 @@
 
 // ---- Library-wide state -------------------------------------------------
 
-HDBG g_hSMGRApiDbg = nullptr;
 mqd_t g_OutMsgQID = static_cast<mqd_t>(-1);
 mqd_t g_InMsgQID = static_cast<mqd_t>(-1);
 std::atomic<WORD> g_wTxSequence{0};
@@ -134,6 +133,24 @@ BOOL _InitDebugChannel() {
 }
 
 void _DebugInitOnce() { DoExecuteOnceOnlyFunction(_InitDebugChannel, &_g_bDebugInitDone); }
+
+// The once-only debug initialisation holds one attachment of the channel for
+// the life of the library; each successful SessMgrLib_Init takes one more that
+// its SessMgrLib_Shutdown releases. The handle thus stays valid (and the same)
+// while any thread may trace. Counted under g_APIMutex.
+int _g_nInitDebugAttachments = 0;
+
+void _AttachDebugChannelForInit() {
+  HDBG hDbg = nullptr;
+  if (_DoDbgInit("SESSMGRLIB", &hDbg)) ++_g_nInitDebugAttachments;
+}
+
+// Under g_APIMutex: true when this shutdown has an attachment to release.
+bool _TakeInitDebugAttachment() {
+  if (_g_nInitDebugAttachments <= 0) return false;
+  --_g_nInitDebugAttachments;
+  return true;
+}
 
 void _ReleaseDebugChannel() {
   if (g_hSMGRApiDbg != nullptr) _DoDbgUninitEx(g_hSMGRApiDbg, __func__, __FILE__, __LINE__);
@@ -377,6 +394,7 @@ BOOL _InitializeLibrary() {
   SMGR_TRACE(5, "Called.\n");
   if (g_nLibInitCount.load() > 0) {
     int nCount = ++g_nLibInitCount;
+    _AttachDebugChannelForInit();
     SMGR_TRACE(5, "Already initialized, init count now at %d.\n", nCount);
     pthread_mutex_unlock(&g_APIMutex);
     return TRUE;
@@ -459,6 +477,7 @@ BOOL _InitializeLibrary() {
 
   SMGR_TRACE(5, "lib initialization successful.\n");
   ++g_nLibInitCount;
+  _AttachDebugChannelForInit();
   SMGR_ASSERT_TEXT(g_nLibInitCount.load() == 1, "g_nLibInitCount == 1");
   // Taken before unlocking: a request of another thread may start as soon as
   // the mutex is free, and its wait watches this PID.
@@ -793,9 +812,15 @@ void SessMgrLib_Shutdown(void) {
     }
     SMGR_TRACE(5, "Cleaning thread data.\n");
   }
+  bool bRelease = _TakeInitDebugAttachment();
   pthread_mutex_unlock(&g_APIMutex);
   SMGR_TRACE(5, "Done.\n");
-  _ReleaseDebugChannel();
+  if (bRelease) _ReleaseDebugChannel();
 }
 
-__attribute__((destructor)) void __SmgrAPILIB_AutoShutdown(void) { _ReleaseDebugChannel(); }
+__attribute__((destructor)) void __SmgrAPILIB_AutoShutdown(void) {
+  if (g_hSMGRApiDbg == nullptr) return;
+  HDBG hDbg = g_hSMGRApiDbg;
+  g_hSMGRApiDbg = nullptr;
+  _DoDbgUninitEx(hDbg, __func__, __FILE__, __LINE__);
+}

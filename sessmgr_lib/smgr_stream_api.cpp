@@ -247,6 +247,14 @@ void TakeCallerConfig(const SMGR_STREAM_CFG& callerCfg, SMGR_STREAM_CFG* pCfg) {
   std::memcpy(pCfg, &callerCfg, nTaken);
 }
 
+// The completion keeps a caller's folder; only names in the still-image folder
+// itself may be deleted.
+bool IsInStillImageFolder(const char* szPath) {
+  constexpr size_t nFolder = sizeof(SMGR_STILL_IMAGE_FOLDER) - 1;
+  return std::strncmp(szPath, SMGR_STILL_IMAGE_FOLDER, nFolder) == 0 &&
+         std::strchr(szPath + nFolder, '/') == nullptr;
+}
+
 // Rewrites and checks the taken configuration; false with the last error set.
 bool PrepareCreateRequest(SMGRPROT_MSG_STREAM_CREATE_REQ* pRequest, bool* pbWarningPending) {
   SMGRPROT_STREAM_CREATE_REQ_DATA& data = pRequest->Data;
@@ -523,7 +531,8 @@ SMGR_API BOOL SessMgr_DeleteStillImage(const char* szFileName) {
     }
     CopyString(szName, szFileName, nSize);
     if (!FixUpInputFileName(szName, static_cast<int>(nSize), SMGR_STILL_IMAGE_FOLDER,
-                            SMGR_STILL_IMAGE_EXTENSION)) {
+                            SMGR_STILL_IMAGE_EXTENSION) ||
+        !IsInStillImageFolder(szName)) {
       SessMgr_SetLastError(SMGR_ERROR_INVALID_PARAMETERS);
       return false;
     }

@@ -18,3 +18,8 @@ target_compile_options(sessmgr_c_client PRIVATE -pedantic -Werror -Wall -Wextra)
 target_link_libraries(sessmgr_c_client PRIVATE sessmgr)
 add_test(NAME c_client_links_shared_library COMMAND sessmgr_c_client)
 set_tests_properties(c_client_links_shared_library PROPERTIES LABELS unit)
+if(SESSMGR_SANITIZE)
+  # A sanitized libsessmgr.so needs the C++ parts of the sanitizer runtime, which
+  # only the C++ driver links into the executable.
+  set_target_properties(sessmgr_c_client PROPERTIES LINKER_LANGUAGE CXX)
+endif()

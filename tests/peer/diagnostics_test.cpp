@@ -135,7 +135,8 @@ TEST_F(Diagnostics, EnumerateMutexesRequestsBy204ByteRecords) {
   EXPECT_EQ(request->field<int32_t>(20), 7);
   EXPECT_EQ(nReturned, 1u);
   EXPECT_EQ(nElement, 204u);
-  EXPECT_EQ(buffer[0].nAquiredCount, 99u);
+  uint64_t nAcquired = buffer[0].nAquiredCount;  // packed field: read by value
+  EXPECT_EQ(nAcquired, 99u);
   EXPECT_STREQ(buffer[0].szFile, "daemon.c");
 }
 

@@ -214,6 +214,9 @@ class TestPeer {
   std::map<pid_t, mqd_t> clients_;  // responder side only
 };
 
+// True in a child forked by a test (not in the test program itself).
+bool IsForkedTestChild();
+
 // True when a message queue of that name exists.
 bool MessageQueueExists(const std::string& name);
 

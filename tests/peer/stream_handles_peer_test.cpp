@@ -1,0 +1,136 @@
+// Open and Close against the test peer: shared, counted handles, one close
+// request per Close call, and the refusals that send nothing.
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <vector>
+
+#include "stream_peer.h"
+#include "util_dbg.h"
+
+namespace smgr::test {
+namespace {
+
+using StreamOpenCloseTest = StreamPeerTest;
+
+TEST_F(StreamOpenCloseTest, SameIdSharesOneHandleAndEveryCloseIsSent) {
+  AnswerWithStream(SMGRPROT_STREAM_OPEN_REQ, 4, "cam");
+  HSTREAM h1 = nullptr, h2 = nullptr;
+  SMGR_OBJECT_SELECTOR selector = ById(4);
+  ASSERT_TRUE(SessMgr_OpenStream(&selector, &h1));
+  SessMgr_SetLastError(99);
+  ASSERT_TRUE(SessMgr_OpenStream(&selector, &h2));
+  EXPECT_EQ(SessMgr_GetLastError(), 0u);
+  EXPECT_EQ(h1, h2);
+  EXPECT_EQ(peer.requestCount(SMGRPROT_STREAM_OPEN_REQ), 1u);
+  auto open = peer.lastRequest(SMGRPROT_STREAM_OPEN_REQ);
+  ASSERT_EQ(open->size(), 84u);
+  EXPECT_EQ(open->field<int32_t>(16), SMGR_SELECTBY_OBJECT_ID);
+  EXPECT_EQ(open->field<int32_t>(20), 4);
+
+  ASSERT_TRUE(SessMgr_CloseStream(&h1));
+  EXPECT_EQ(h1, nullptr);
+  int nID = 0;
+  EXPECT_TRUE(SessMgr_GetStreamID(h2, &nID));  // still referenced by the second open
+  EXPECT_EQ(nID, 4);
+  ASSERT_TRUE(SessMgr_CloseStream(&h2));
+  auto closes = peer.requests(SMGRPROT_STREAM_CLOSE_REQ);
+  ASSERT_EQ(closes.size(), 2u);
+  EXPECT_EQ(closes[1].size(), 20u);
+  EXPECT_EQ(closes[1].field<int32_t>(16), 4);
+  // The record is gone: the next open asks the daemon again.
+  AnswerWithStream(SMGRPROT_STREAM_OPEN_REQ, 4);
+  ASSERT_TRUE(SessMgr_OpenStream(&selector, &h1));
+  EXPECT_EQ(peer.requestCount(SMGRPROT_STREAM_OPEN_REQ), 2u);
+  EXPECT_TRUE(SessMgr_CloseStream(&h1));
+}
+
+TEST_F(StreamOpenCloseTest, OpenByIdThenByNameMakesTwoHandles) {
+  AnswerWithStream(SMGRPROT_STREAM_OPEN_REQ, 4, "cam");
+  HSTREAM hById = nullptr, hByName = nullptr;
+  SMGR_OBJECT_SELECTOR byId = ById(4), byName = ByName("cam");
+  ASSERT_TRUE(SessMgr_OpenStream(&byId, &hById));
+  AnswerWithStream(SMGRPROT_STREAM_OPEN_REQ, 4, "cam");
+  ASSERT_TRUE(SessMgr_OpenStream(&byName, &hByName));
+  EXPECT_NE(hById, hByName);
+  auto open = peer.lastRequest(SMGRPROT_STREAM_OPEN_REQ);
+  EXPECT_EQ(open->field<int32_t>(16), SMGR_SELECTBY_OBJECT_NAME);
+  EXPECT_EQ(open->text(20, 64), "cam");
+  for (size_t i = 20 + 4; i < 84; ++i) EXPECT_EQ(open->bytes()[i], 0) << i;
+  HSTREAM hAgain = nullptr;
+  ASSERT_TRUE(SessMgr_OpenStream(&byName, &hAgain));  // the by-name handle remembers its name
+  EXPECT_EQ(hAgain, hByName);
+  EXPECT_TRUE(SessMgr_CloseStream(&hById));
+  EXPECT_TRUE(SessMgr_CloseStream(&hByName));
+  EXPECT_TRUE(SessMgr_CloseStream(&hAgain));
+}
+
+TEST_F(StreamOpenCloseTest, RefusalsSendNothingAndLeaveNoHandle) {
+  HSTREAM hStream = nullptr;
+  SMGR_OBJECT_SELECTOR selector = ById(4);
+  EXPECT_FALSE(SessMgr_OpenStream(nullptr, &hStream));
+  EXPECT_EQ(SessMgr_GetLastError(), SMGR_ERROR_INVALID_PARAMETERS);
+  EXPECT_FALSE(SessMgr_OpenStream(&selector, nullptr));
+  EXPECT_EQ(SessMgr_GetLastError(), SMGR_ERROR_INVALID_PARAMETERS);
+  int token = 0;
+  SMGR_OBJECT_SELECTOR byHandle = ByHandle(reinterpret_cast<HSTREAM>(&token));
+  EXPECT_FALSE(SessMgr_OpenStream(&byHandle, &hStream));
+  EXPECT_EQ(SessMgr_GetLastError(), SMGR_ERROR_INVALID_PARAMETERS);
+  EXPECT_EQ(peer.requestCount(SMGRPROT_STREAM_OPEN_REQ), 0u);
+
+  peer.onNextRequest(SMGRPROT_STREAM_OPEN_REQ, Reply::withResult(SMGR_WARNING_UNABLE_TO_RESOLVE_HOSTNAME));
+  EXPECT_FALSE(SessMgr_OpenStream(&selector, &hStream));  // a warning fails Open
+  EXPECT_EQ(SessMgr_GetLastError(), SMGR_WARNING_UNABLE_TO_RESOLVE_HOSTNAME);
+  EXPECT_EQ(hStream, nullptr);
+  AnswerWithStream(SMGRPROT_STREAM_OPEN_REQ, 4);
+  ASSERT_TRUE(SessMgr_OpenStream(&selector, &hStream));  // nothing local was kept from the failure
+  EXPECT_EQ(peer.requestCount(SMGRPROT_STREAM_OPEN_REQ), 2u);
+  EXPECT_TRUE(SessMgr_CloseStream(&hStream));
+}
+
+TEST_F(StreamOpenCloseTest, CloseChecksTheHandleAndAlwaysClearsTheCallersVariable) {
+  smgr::util::SetAssertAbortEnabled(false);
+  DWORD dwForeign[32] = {SMGR_SESSION_HANDLE_SIGNATURE};
+  HSTREAM hForeign = reinterpret_cast<HSTREAM>(dwForeign);
+  EXPECT_FALSE(SessMgr_CloseStream(&hForeign));
+  EXPECT_EQ(SessMgr_GetLastError(), SMGR_ERROR_INVALID_PARAMETERS);
+  EXPECT_EQ(hForeign, reinterpret_cast<HSTREAM>(dwForeign));
+  EXPECT_FALSE(SessMgr_CloseStream(nullptr));
+  int nID = 0;
+  EXPECT_FALSE(SessMgr_GetStreamID(hForeign, &nID));
+  EXPECT_EQ(SessMgr_GetLastError(), SMGR_ERROR_INVALID_PARAMETERS);
+  EXPECT_EQ(peer.requestCount(SMGRPROT_STREAM_CLOSE_REQ), 0u);
+  smgr::util::SetAssertAbortEnabled(true);
+
+  AnswerWithStream(SMGRPROT_STREAM_OPEN_REQ, 6);
+  HSTREAM hStream = nullptr;
+  SMGR_OBJECT_SELECTOR selector = ById(6);
+  ASSERT_TRUE(SessMgr_OpenStream(&selector, &hStream));
+  peer.onNextRequest(SMGRPROT_STREAM_CLOSE_REQ, Reply::withResult(SMGR_ERROR_NO_MATCHING_STREAM_FOUND));
+  EXPECT_FALSE(SessMgr_CloseStream(&hStream));
+  EXPECT_EQ(SessMgr_GetLastError(), SMGR_ERROR_NO_MATCHING_STREAM_FOUND);
+  EXPECT_EQ(hStream, nullptr);
+}
+
+TEST_F(StreamOpenCloseTest, ThreadsOpeningOneStreamShareOneHandle) {
+  peer.onRequest(SMGRPROT_STREAM_OPEN_REQ, [](const Request&) { return Reply::ok().put(20, int32_t{8}); });
+  constexpr int kThreads = 4;
+  HSTREAM handles[kThreads] = {};
+  std::vector<std::thread> threads;
+  for (int i = 0; i < kThreads; ++i)
+    threads.emplace_back([&, i] {
+      SMGR_OBJECT_SELECTOR selector = ById(8);
+      EXPECT_TRUE(SessMgr_OpenStream(&selector, &handles[i]));
+    });
+  for (auto& thread : threads) thread.join();
+  EXPECT_EQ(peer.requestCount(SMGRPROT_STREAM_OPEN_REQ), 1u);
+  const HSTREAM hShared = handles[0];
+  for (HSTREAM& hStream : handles) {
+    EXPECT_EQ(hStream, hShared);
+    EXPECT_TRUE(SessMgr_CloseStream(&hStream));
+  }
+  EXPECT_EQ(peer.requestCount(SMGRPROT_STREAM_CLOSE_REQ), static_cast<size_t>(kThreads));
+}
+
+}  // namespace
+}  // namespace smgr::test
