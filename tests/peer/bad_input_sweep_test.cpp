@@ -117,6 +117,7 @@ TEST_F(BadInputSweep, TheValidInvocationOfEveryRequestRowSucceedsAgainstItsValid
 
 TEST_F(BadInputSweep, EveryRequestOperationFailsWith14AndSendsNothingWhenNotInitialised) {
   ShutdownLibraryCompletely();
+  ASSERT_TRUE(peer.waitForRequests(SMGRPROT_USER_DISCONNECT_IND, 1));  // recorded before the slate is cleared
   peer.clearRequests();
   for (const OperationRow& row : OperationTable()) {
     if (row.invoke == nullptr) continue;
