@@ -80,6 +80,7 @@ void FakeDaemon::reset() {
   requests.clear();
   delivered.clear();
   nOpenDaemonErrno = nCreateErrno = nGetattrErrno = nSendErrno = 0;
+  nSendAttempts = 0;
   nResetMicros_ = nNowMicros_;
 }
 
@@ -156,6 +157,7 @@ int FakeDaemon::send(int queue, const char* pb, size_t n) {
     errno = EBADF;
     return -1;
   }
+  ++nSendAttempts;
   if (nSendErrno != 0) {
     errno = nSendErrno;
     return -1;
@@ -340,13 +342,13 @@ void Violation(const char* szWhat, const char* szDetail) {
 }
 
 const std::vector<const smgr::test::OperationRow*>& ResponseRows() {
-  static const std::vector<const smgr::test::OperationRow*> rows = [] {
-    std::vector<const smgr::test::OperationRow*> list;
+  static const auto* rows = [] {
+    auto* list = new std::vector<const smgr::test::OperationRow*>;
     for (const auto& row : smgr::test::OperationTable())
-      if (row.invoke != nullptr && row.validResponse != nullptr) list.push_back(&row);
+      if (row.invoke != nullptr && row.validResponse != nullptr) list->push_back(&row);
     return list;
   }();
-  return rows;
+  return *rows;
 }
 
 void WriteSeedsIfAsked() {

@@ -52,6 +52,7 @@ class FakeDaemon {
   std::deque<Item> inbox;        // the client's receive queue
   std::vector<Bytes> requests;   // every message sent to the daemon queue
   std::vector<Bytes> delivered;  // every message the library received
+  size_t nSendAttempts = 0;      // sends tried since reset(), failed ones included
   long nMsgSize = 8192;          // the receive queue's message size (mq_getattr)
 
   // Faults of the next calls.

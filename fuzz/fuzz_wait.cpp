@@ -70,7 +70,7 @@ Outcome Model(std::deque<Item> items, WORD wType, WORD wSequence, int nTimeoutMs
         items.pop_front();
         if (message.size() > nMsgSize) message.resize(nMsgSize);
         SMGRPROT_HEADER header{};
-        std::memcpy(&header, message.data(), std::min(message.size(), sizeof(header)));
+        if (!message.empty()) std::memcpy(&header, message.data(), std::min(message.size(), sizeof(header)));
         if (message.empty()) {
           // zero bytes: only the time check
         } else if (header.wMsgType == wType && header.wMsgSequence == wSequence) {

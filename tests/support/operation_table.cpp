@@ -175,8 +175,7 @@ struct FakeHandleRecord {
 FakeHandleRecord g_WipedHandle;
 FakeHandleRecord g_ForeignHandle;
 
-constexpr char kLongName[] =
-    "long-name-012345678901234567890123456789012345678901234567890123456789";
+constexpr char kLongName[] = "long-name-012345678901234567890123456789012345678901234567890123456789";
 static_assert(sizeof(kLongName) - 1 == 70);
 
 // A valid selector for the row's call: by ID, by name, or by the prepared
@@ -1284,8 +1283,10 @@ HSTREAM foreignHandle() {
 }
 
 const std::vector<OperationRow>& OperationTable() {
-  static const std::vector<OperationRow> table = BuildTable();
-  return table;
+  // Never destroyed: exit handlers of the library may still send (and a fuzz
+  // daemon answer from the table) after static destructors have run.
+  static const std::vector<OperationRow>* table = new std::vector<OperationRow>(BuildTable());
+  return *table;
 }
 
 const OperationRow* FindRowByRequest(WORD wRequestType) {
