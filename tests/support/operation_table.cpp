@@ -552,13 +552,13 @@ std::vector<OperationRow> BuildTable() {
                       return TRUE;
                     },
                     local},
-                   {"unterminated name of exactly nSize bytes",
+                   {"unterminated name of exactly nSize bytes: refused, untouched",
                     [](CallContext& ctx) {
                       char* sz = ctx.buffer(8, 'a').as<char>();
-                      FixUpInputFileName(sz, 8, "/usr/share/ostrelle/still_images/", ".mp4");
-                      return TRUE;
+                      BOOL bResult = FixUpInputFileName(sz, 8, "/usr/share/ostrelle/still_images/", ".mp4");
+                      return std::memcmp(sz, "aaaaaaaa", 8) == 0 ? bResult : 2;
                     },
-                    local}}});
+                    {FALSE, LE::Unchanged}}}});
   rows.push_back(
       {"FixUpInputFileNameNoPath",
        0,
@@ -579,13 +579,21 @@ std::vector<OperationRow> BuildTable() {
            return TRUE;
          },
          local},
-        {"unterminated name of exactly nSize bytes",
+        {"unterminated name of exactly nSize bytes: refused",
          [](CallContext& ctx) {
            char* sz = ctx.buffer(8, 'a').as<char>();
-           FixUpInputFileNameNoPath(sz, 8, "/usr/share/ostrelle/still_images/", ".mp4", nullptr);
-           return TRUE;
+           return FixUpInputFileNameNoPath(sz, 8, "/usr/share/ostrelle/still_images/", ".mp4", nullptr);
          },
-         local}}});
+         {FALSE, LE::Unchanged}},
+        {"name whose extension does not fit: refused, not cut",
+         [](CallContext& ctx) {
+           char* sz = ctx.buffer(8, 0).as<char>();
+           std::memcpy(sz, "abcd", 5);
+           BOOL bResult =
+               FixUpInputFileNameNoPath(sz, 8, "/usr/share/ostrelle/still_images/", ".mp4", nullptr);
+           return std::strcmp(sz, "abcd") == 0 ? bResult : 2;
+         },
+         {FALSE, LE::Unchanged}}}});
   rows.push_back({"GetObjectSelectorInfoText",
                   0,
                   SuccessCodes::ZeroOnly,
