@@ -190,6 +190,10 @@ void _PrintStreamInfo(const SMGR_STREAM_INFO* pInfo) {
     SMGR_TRACE(6, "Source %d/%d Name = \"%s\".\n", i + 1, nCount, Text(src.szName).sz);
   }
   PrintTail(r);
-  // The key itself stays out of the traces: only its presence and size.
-  if (r.bEncrypted) SMGR_TRACE(6, "Encryption Key = (%d bytes, not shown).\n", r.CryptoCfg.nKeySize);
+  // Unlike the configuration dump, the information dump shows the key the
+  // daemon reports (level 6 only, for field diagnosis of encrypted streams).
+  SMGR_TRACE(6, "Encryption Key:\n");
+  if (SMGR_TRACE_ENABLED(6))
+    _DoDbgPrintBuffer(g_hSMGRApiDbg, 6, __func__, __FILE__, __LINE__, r.CryptoCfg.acKeyData,
+                      sizeof(r.CryptoCfg.acKeyData));
 }

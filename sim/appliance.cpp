@@ -1,0 +1,53 @@
+// The appliance container and the default content-source catalogue drawn from
+// the profile.
+#include "appliance.h"
+
+#include <system_error>
+
+namespace sim {
+namespace {
+
+ContentSourceCatalog::Lookup ProfileLookup(std::vector<ProfileObject> objects) {
+  return [objects = std::move(objects)](int id, const std::string* name) -> std::optional<ContentSourceRef> {
+    for (const auto& object : objects) {
+      if (name ? object.name == *name : object.id == id) {
+        return ContentSourceRef{object.id, object.name, object.bitRateKbps, true};
+      }
+    }
+    return std::nullopt;
+  };
+}
+
+}  // namespace
+
+ContentSourceCatalog::ContentSourceCatalog(const ApplianceProfile& profile) {
+  lookups_[kContentVideo] = ProfileLookup(profile.videoEncoders);
+  lookups_[kContentAudio] = ProfileLookup(profile.audioEncoders);
+  lookups_[kContentData] = ProfileLookup(profile.metadataSources);
+}
+
+void ContentSourceCatalog::setLookup(ContentKind kind, Lookup lookup) { lookups_[kind] = std::move(lookup); }
+
+std::optional<ContentSourceRef> ContentSourceCatalog::findById(ContentKind kind, int id) const {
+  auto it = lookups_.find(kind);
+  if (it == lookups_.end()) return std::nullopt;
+  return it->second(id, nullptr);
+}
+
+std::optional<ContentSourceRef> ContentSourceCatalog::findByName(ContentKind kind,
+                                                                 const std::string& name) const {
+  auto it = lookups_.find(kind);
+  if (it == lookups_.end()) return std::nullopt;
+  return it->second(0, &name);
+}
+
+Appliance::Appliance(ApplianceProfile profile, std::shared_ptr<Clock> clock, std::filesystem::path stateDir)
+    : profile_(std::move(profile)),
+      clock_(std::move(clock)),
+      stateDir_(std::move(stateDir)),
+      sources_(profile_) {
+  std::error_code ignored;
+  std::filesystem::create_directories(stillImageDir(), ignored);
+}
+
+}  // namespace sim

@@ -1,0 +1,77 @@
+// The daemon side of the transport: the request queue, the table of connected
+// clients (each reached through the receive queue it named at connect, opened
+// write-only and non-blocking), the connect/disconnect/shutdown messages, and
+// a housekeeping thread that forgets clients whose process is gone.
+#pragma once
+
+#include <mqueue.h>
+#include <sys/types.h>
+
+#include <atomic>
+#include <map>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "appliance.h"
+#include "dispatch.h"
+#include "sim_threads.h"
+
+namespace sim {
+
+struct ServerOptions {
+  std::string queueName = "/vdsessmgr";
+  long maxMessages = 10;
+  long messageSize = 8192;
+  int pidCheckIntervalMs = 1000;
+  bool exitOnShutdownRequest = true;  // a system shutdown request (10000) stops the simulator
+};
+
+class Server : public Outbox {
+ public:
+  Server(Appliance& appliance, ServerOptions options);
+  ~Server() override;
+
+  // Creates the request queue (a stale queue of the same name is replaced).
+  bool open(std::string* error);
+  // Serves until stop is set (checked at least every 200 ms) or a shutdown request arrives.
+  void run(const std::atomic<bool>& stop);
+  // Closes every client queue and removes the request queue.
+  void close();
+
+  size_t clientCount();
+  std::vector<ClientInfo> clients();
+
+  // Outbox
+  bool sendTo(pid_t pid, const void* data, size_t size) override;
+  size_t messageLimit(pid_t pid) override;
+
+  // The lock that serialises the model between the dispatcher and housekeeping.
+  TrackedMutex& modelMutex() { return modelMutex_; }
+
+ private:
+  struct Client {
+    ClientInfo info;
+    mqd_t queue = -1;
+    long messageSize = 0;
+    uint64_t dropped = 0;
+  };
+
+  void handleMessage(const uint8_t* message, size_t size);
+  void handleConnect(const uint8_t* message, size_t size);
+  void handleDisconnect(const SMGRPROT_HEADER& header, size_t size);
+  void forgetClient(pid_t pid, const char* why);
+  void housekeeping(const std::atomic<bool>& stop);
+
+  Appliance& appliance_;
+  ServerOptions options_;
+  Dispatcher dispatcher_;
+  mqd_t queue_ = -1;
+  std::vector<uint8_t> buffer_;
+  TrackedMutex modelMutex_{SourceLocation::current()};
+  TrackedMutex clientsMutex_{SourceLocation::current()};
+  std::map<pid_t, Client> clients_;
+  std::atomic<bool> shutdownRequested_{false};
+};
+
+}  // namespace sim

@@ -1,0 +1,161 @@
+// sessmgrd-sim: a stand-in for the appliance's session manager daemon. It
+// speaks the daemon's wire protocol on the daemon's request queue, so clients
+// built on the library run against it unchanged.
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <memory>
+
+#include "appliance.h"
+#include "dispatch.h"
+#include "profile.h"
+#include "server.h"
+#include "sim_log.h"
+#include "sim_threads.h"
+
+namespace {
+
+std::atomic<bool> g_stop{false};
+
+void OnSignal(int) { g_stop = true; }
+
+std::string EnvOr(const char* name, const char* fallback) {
+  const char* value = getenv(name);
+  return value && *value ? value : fallback;
+}
+
+// Detaches from the terminal after the queue exists, so that the caller knows
+// the simulator is ready when the command returns.
+bool Daemonize(const std::string& logFile) {
+  pid_t child = fork();
+  if (child < 0) return false;
+  if (child > 0) _exit(0);
+  setsid();
+  int devNull = open("/dev/null", O_RDWR);
+  if (devNull >= 0) {
+    dup2(devNull, STDIN_FILENO);
+    dup2(devNull, STDOUT_FILENO);
+    if (logFile.empty()) dup2(devNull, STDERR_FILENO);
+    close(devNull);
+  }
+  return true;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app{"sessmgrd-sim: simulated session manager daemon of the video encoding appliance"};
+  std::string queueName = EnvOr("SESSMGR_DAEMON_QUEUE", "/vdsessmgr");
+  std::string markerPath = EnvOr("SESSMGR_STARTED_MARKER", "/tmp/.sessmgrd_was_started");
+  std::string stateDir = "/tmp/sessmgrd-sim." + std::to_string(getuid());
+  std::string profilePath, pidFile, logFile;
+  long maxMessages = 10;
+  int pidCheckMs = 1000;
+  bool markStarted = false, foreground = false, verbose = false, ignoreShutdown = false, printProfile = false;
+
+  app.add_option("--queue", queueName, "Name of the request queue (env SESSMGR_DAEMON_QUEUE)")
+      ->capture_default_str();
+  app.add_option("--max-messages", maxMessages, "Depth of the request queue")
+      ->capture_default_str()
+      ->check(CLI::Range(1L, 64L));
+  app.add_option("--profile", profilePath, "Appliance profile (JSON) overriding the built-in SDI unit")
+      ->check(CLI::ExistingFile);
+  app.add_flag("--print-profile", printProfile, "Print the built-in profile and exit");
+  app.add_option("--state-dir", stateDir, "Folder for still images and saved configurations")
+      ->capture_default_str();
+  app.add_flag("--mark-started", markStarted, "Write the start marker once the queue is ready");
+  app.add_option("--marker", markerPath, "Start marker file (env SESSMGR_STARTED_MARKER)")
+      ->capture_default_str();
+  app.add_flag("-f,--foreground", foreground, "Stay in the foreground (default: detach once ready)");
+  app.add_option("--pid-file", pidFile, "Write the simulator's PID here once ready");
+  app.add_option("--log-file", logFile, "Append the log here instead of stderr");
+  app.add_flag("-v,--verbose", verbose, "Log every request and reply");
+  app.add_option("--pid-check-ms", pidCheckMs, "How often vanished clients are looked for")
+      ->capture_default_str()
+      ->check(CLI::Range(50, 60000));
+  app.add_flag("--ignore-shutdown", ignoreShutdown, "Log system shutdown requests instead of stopping");
+  CLI11_PARSE(app, argc, argv);
+
+  if (printProfile) {
+    std::cout << sim::ApplianceProfile::DefaultJson() << "\n";
+    return 0;
+  }
+  if (!logFile.empty()) {
+    int fd = open(logFile.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0644);
+    if (fd < 0) {
+      fprintf(stderr, "sessmgrd-sim: cannot open log file %s: %s\n", logFile.c_str(), strerror(errno));
+      return 1;
+    }
+    dup2(fd, STDERR_FILENO);
+    close(fd);
+  }
+  sim::SetLogLevel(verbose ? sim::LogLevel::kDebug : sim::LogLevel::kInfo);
+
+  sim::ApplianceProfile profile = sim::ApplianceProfile::Default();
+  if (!profilePath.empty()) {
+    std::string error;
+    if (!sim::ApplianceProfile::LoadFile(profilePath, &profile, &error)) {
+      fprintf(stderr, "sessmgrd-sim: bad profile: %s\n", error.c_str());
+      return 1;
+    }
+  }
+
+  // Present ourselves under the daemon's process name (clients look it up by name).
+  prctl(PR_SET_NAME, "sessmgrd", 0, 0, 0);
+
+  sim::Appliance appliance(profile, std::make_shared<sim::SteadyClock>(), stateDir);
+  sim::ServerOptions options;
+  options.queueName = queueName;
+  options.maxMessages = maxMessages;
+  options.pidCheckIntervalMs = pidCheckMs;
+  options.exitOnShutdownRequest = !ignoreShutdown;
+  sim::Server server(appliance, options);
+  std::string error;
+  if (!server.open(&error)) {
+    fprintf(stderr, "sessmgrd-sim: %s\n", error.c_str());
+    return 1;
+  }
+
+  if (!foreground && !Daemonize(logFile)) {
+    fprintf(stderr, "sessmgrd-sim: cannot detach: %s\n", strerror(errno));
+    server.close();
+    return 1;
+  }
+  sim::RegisterCurrentThread("sessmgrd");
+
+  struct sigaction action {};
+  action.sa_handler = OnSignal;
+  sigemptyset(&action.sa_mask);
+  sigaction(SIGINT, &action, nullptr);
+  sigaction(SIGTERM, &action, nullptr);
+  signal(SIGPIPE, SIG_IGN);
+
+  if (!pidFile.empty()) std::ofstream(pidFile) << getpid() << "\n";
+  if (markStarted) {
+    std::ofstream marker(markerPath);
+    if (!marker) SIM_LOG_WARN("cannot write start marker %s", markerPath.c_str());
+  }
+  SIM_LOG_INFO("sessmgrd-sim %d serving %s: %s, card type %d, %zu families (%zu messages), state in %s",
+               getpid(), queueName.c_str(), profile.model.c_str(), profile.cardType,
+               sim::HandlerRegistry::Global().families().size(), sim::HandlerRegistry::Global().size(),
+               stateDir.c_str());
+
+  server.run(g_stop);
+
+  server.close();
+  if (markStarted) std::filesystem::remove(markerPath);
+  if (!pidFile.empty()) std::filesystem::remove(pidFile);
+  SIM_LOG_INFO("stopped");
+  return 0;
+}

@@ -1,0 +1,144 @@
+// Output helpers of smgrctl: tables, JSON, failure lines and value names taken
+// from the library itself so that the CLI shows the system's own texts.
+#include "smgrctl_output.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <iostream>
+#include <sstream>
+
+namespace smgrctl {
+namespace {
+bool g_connected = false;
+}
+
+GlobalOptions& Globals() {
+  static GlobalOptions options;
+  return options;
+}
+
+bool Connect() {
+  if (g_connected) return true;
+  DWORD version = 0;
+  if (!SessMgrLib_Init(SMGR_API_VERSION_1_0, &version)) {
+    Fail("connect to sessmgrd");
+    return false;
+  }
+  g_connected = true;
+  return true;
+}
+
+void Disconnect() {
+  if (!g_connected) return;
+  SessMgrLib_Shutdown();
+  g_connected = false;
+}
+
+int Fail(const std::string& operation) {
+  char text[256];
+  SessMgr_GetLastErrorString(text, sizeof text);
+  std::cerr << "smgrctl: " << operation << ": " << text << "\n";
+  return 1;
+}
+
+int Usage(const std::string& operation, const std::string& text) {
+  std::cerr << "smgrctl: " << operation << ": " << text << "\n";
+  return 2;
+}
+
+void Table::alignRight(const std::string& header) {
+  right_.resize(headers_.size(), false);
+  for (size_t i = 0; i < headers_.size(); ++i) {
+    if (headers_[i] == header) right_[i] = true;
+  }
+}
+
+std::string Table::render() const {
+  std::vector<size_t> width(headers_.size(), 0);
+  for (size_t i = 0; i < headers_.size(); ++i) width[i] = headers_[i].size();
+  for (const auto& row : rows_) {
+    for (size_t i = 0; i < row.size() && i < width.size(); ++i) width[i] = std::max(width[i], row[i].size());
+  }
+  std::ostringstream out;
+  auto line = [&](const std::vector<std::string>& cells) {
+    std::string text;
+    for (size_t i = 0; i < width.size(); ++i) {
+      const std::string cell = i < cells.size() ? cells[i] : "";
+      const std::string pad(width[i] - cell.size(), ' ');
+      const bool right = i < right_.size() && right_[i];
+      if (i) text += "  ";
+      text += right ? pad + cell : cell + (i + 1 < width.size() ? pad : "");
+    }
+    out << text << "\n";
+  };
+  line(headers_);
+  for (const auto& row : rows_) line(row);
+  return out.str();
+}
+
+void PrintJson(const nlohmann::json& value) { std::cout << value.dump(2) << "\n"; }
+
+std::string StateName(int state) {
+  char text[32];
+  return SessMgr_GetStreamStateString(state, text, sizeof text);
+}
+
+std::string EncapsulationName(int encapsulation) {
+  char text[32];
+  return SessMgr_GetStreamEncapsulationString(encapsulation, text, sizeof text);
+}
+
+std::string AddressText(const SMGR_IP_ADDRESS& address) {
+  char text[600];
+  return SessMgr_GetIPAddressString(&address, text, sizeof text);
+}
+
+std::string StreamTypeName(int type) {
+  char text[32];
+  return SessMgr_GetStreamTypeString(type, text, sizeof text);
+}
+
+std::string SrtModeName(int mode) {
+  char text[32];
+  return SessMgr_GetStreamModeString(mode, text, sizeof text);
+}
+
+std::string SrtVersionText(int version) {
+  char text[32];
+  return SessMgr_GetSRTVersionString(version, text, sizeof text);
+}
+
+std::string FecTypeName(int type) {
+  char text[32];
+  return SessMgr_GetFECTypeString(type, text, sizeof text);
+}
+
+std::string DurationText(uint64_t seconds) {
+  char text[32];
+  if (seconds >= 86400) {
+    snprintf(
+        text, sizeof text, "%llud %02llu:%02llu:%02llu", static_cast<unsigned long long>(seconds / 86400),
+        static_cast<unsigned long long>(seconds / 3600 % 24),
+        static_cast<unsigned long long>(seconds / 60 % 60), static_cast<unsigned long long>(seconds % 60));
+  } else {
+    snprintf(text, sizeof text, "%02llu:%02llu:%02llu", static_cast<unsigned long long>(seconds / 3600),
+             static_cast<unsigned long long>(seconds / 60 % 60),
+             static_cast<unsigned long long>(seconds % 60));
+  }
+  return text;
+}
+
+SMGR_OBJECT_SELECTOR ParseSelector(const std::string& text) {
+  SMGR_OBJECT_SELECTOR selector{};
+  const bool numeric = !text.empty() && text.size() < 10 && std::all_of(text.begin(), text.end(), ::isdigit);
+  if (numeric) {
+    selector.enType = SMGR_SELECTBY_OBJECT_ID;
+    selector.Via.ID = std::stoi(text);
+  } else {
+    selector.enType = SMGR_SELECTBY_OBJECT_NAME;
+    selector.Via.szName = text.c_str();
+  }
+  return selector;
+}
+
+}  // namespace smgrctl
