@@ -42,6 +42,11 @@ void RegisterHandleCleanup(HandleCleanupFn fn);
 // Runs every registered cleanup (the shutdown path; exposed for tests).
 void RunHandleCleanups();
 
+// getpid() without a system call on the request path: cached, and refreshed
+// in the child by a fork handler (processes that bypass fork(), e.g. raw
+// clone, are not supported by the library anyway).
+pid_t CurrentPid();
+
 // Like SessMgrLib_WaitForResponse, but also reports how many bytes the queue
 // actually delivered (the only trustworthy bound for reading the response).
 BOOL WaitForResponse(WORD wRespType, WORD wSequence, size_t* pnReportedSize, size_t* pnReceived);

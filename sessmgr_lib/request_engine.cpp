@@ -40,7 +40,7 @@ void FillHeader(void* pvRequest, WORD wType, WORD wSequence, size_t nSize) {
   header.wMsgSequence = wSequence;
   header.wMsgSize = static_cast<WORD>(nSize);
   header.wReserved = 0;
-  header.dwSrcPID = static_cast<DWORD>(getpid());
+  header.dwSrcPID = static_cast<DWORD>(CurrentPid());
   header.dwSrcUID = static_cast<DWORD>(g_ClientUID.load(std::memory_order_relaxed));
   std::memcpy(pvRequest, &header, sizeof(header));
 }
@@ -136,7 +136,7 @@ ApiLock::ApiLock() { pthread_mutex_lock(&g_APIMutex); }
 ApiLock::~ApiLock() { pthread_mutex_unlock(&g_APIMutex); }
 
 void CheckPidChange(const RequestTraits& traits) {
-  if (getpid() == g_ClientPID.load()) return;
+  if (CurrentPid() == g_ClientPID.load()) return;
   if (AdaptToPIDChange()) return;
   if (traits.adaptFailure == AdaptFailure::Assert) {
     SMGR_ASSERT_TEXT(false, "AdaptToPIDChange()");

@@ -554,6 +554,22 @@ void SetTransportHooks(const TransportHooks* pHooks) {
   _g_pTransport = pHooks != nullptr ? pHooks : &kPosixTransport;
 }
 
+namespace {
+std::atomic<pid_t> g_CachedPid{0};
+void _RefreshCachedPid() { g_CachedPid.store(getpid(), std::memory_order_relaxed); }
+[[maybe_unused]] const bool s_bForkHandlerInstalled =
+    (pthread_atfork(nullptr, nullptr, _RefreshCachedPid) == 0);
+}  // namespace
+
+pid_t CurrentPid() {
+  pid_t pid = g_CachedPid.load(std::memory_order_relaxed);
+  if (pid == 0) {
+    pid = getpid();
+    g_CachedPid.store(pid, std::memory_order_relaxed);
+  }
+  return pid;
+}
+
 void RegisterHandleCleanup(HandleCleanupFn fn) {
   int nIndex = _g_nHandleCleanups.fetch_add(1);
   SMGR_ASSERT(nIndex < kMaxHandleCleanups);
