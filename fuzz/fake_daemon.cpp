@@ -371,21 +371,17 @@ void WriteSeedsIfAsked() {
 }
 
 void PrepareEnvironment() {
-  static bool s_bDone = false;
-  if (s_bDone) return;
-  s_bDone = true;
-  const std::string stem = "/tmp/smgrfuzz-" + std::to_string(getpid());
-  const std::string settings = stem + ".ini";
-  FILE* pFile = fopen(settings.c_str(), "w");
+  // One settings file shared by every fuzz process (same content, rewritten
+  // at each start): libFuzzer may end a process without running exit handlers.
+  const char* szSettings = "/tmp/smgrfuzz-settings.ini";
+  FILE* pFile = fopen(szSettings, "w");
   if (pFile != nullptr) {
     fputs("[API Library]\nInitIPCTimeout=0\nResponseTimeout=10000\n", pFile);
     fclose(pFile);
   }
-  setenv("SESSMGR_SETTINGS_FILE", settings.c_str(), 1);
-  setenv("SESSMGR_STARTED_MARKER", (stem + ".no-such-marker").c_str(), 1);
+  setenv("SESSMGR_SETTINGS_FILE", szSettings, 1);
+  setenv("SESSMGR_STARTED_MARKER", "/tmp/smgrfuzz-no-such-marker", 1);
   setenv("SESSMGR_DAEMON_QUEUE", "/smgrfuzz-no-such-queue", 1);
-  static std::string s_settings = settings;
-  atexit([] { ::unlink(s_settings.c_str()); });
 }
 
 }  // namespace smgr::fuzz
