@@ -181,7 +181,7 @@ BOOL Transact(const RequestTraits& traits, void* pvRequest, size_t nRequestSize,
     return Done(traits, FALSE);
   }
 
-  if (mq_send(g_OutMsgQID, static_cast<const char*>(pvRequest), nRequestSize, 0) != 0) {
+  if (Transport().send(g_OutMsgQID, static_cast<const char*>(pvRequest), nRequestSize, 0) != 0) {
     int nErrno = errno;
     if (traits.sendFailure == SendFailure::SetLastError)
       SessMgr_SetLastErrorEx(SMGR_ERROR_LIB_TO_DAEMON_IPC_ERROR, nErrno, nullptr);

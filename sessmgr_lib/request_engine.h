@@ -10,6 +10,10 @@
 // counter themselves.
 #pragma once
 
+#include <mqueue.h>
+#include <sys/time.h>
+#include <sys/types.h>
+
 #include <cstddef>
 #include <cstring>
 #include <type_traits>
@@ -216,5 +220,33 @@ class ApiLock {
 
 // Runs the PID check of the standard sequence (AdaptToPIDChange after fork).
 void CheckPidChange(const RequestTraits& traits);
+
+// ---- Transport seam ---------------------------------------------------------
+// Every queue call of the library and the clock of the response wait go
+// through one table of functions. In a client process the table holds the
+// POSIX calls (mq_open, mq_close, mq_unlink, mq_getattr, mq_send, select on the
+// receive queue, mq_receive, gettimeofday) and is never replaced. Only the fuzz
+// harnesses install another table, so that everything above these calls (the
+// connect handshake, the wait and its discard rules, the request engine, every
+// family's copy-back) is the code a client runs. Install before
+// SessMgrLib_Init and restore after the last SessMgrLib_Shutdown, with no
+// operation in flight; the table must outlive its use.
+struct TransportHooks {
+  mqd_t (*open)(const char* szName, int nFlags, mode_t mode, struct mq_attr* pAttr);
+  int (*close)(mqd_t queue);
+  int (*unlink)(const char* szName);
+  int (*getattr)(mqd_t queue, struct mq_attr* pAttr);
+  int (*send)(mqd_t queue, const char* pbMessage, size_t nLength, unsigned nPriority);
+  // Waits at most one select round (1 s) for the queue to become readable:
+  // > 0 readable (*pbSet: the queue itself is), 0 time-out, < 0 error (errno).
+  int (*waitReadable)(mqd_t queue, bool* pbSet);
+  ssize_t (*receive)(mqd_t queue, char* pbBuffer, size_t nSize, unsigned* pnPriority);
+  int (*timeOfDay)(struct timeval* pNow);
+};
+
+// The table in force (the POSIX one unless a harness installed another).
+const TransportHooks& Transport();
+// Installs pHooks; nullptr puts the POSIX table back.
+void SetTransportHooks(const TransportHooks* pHooks);
 
 }  // namespace smgr

@@ -215,7 +215,7 @@ void _RaiseMessageQueueLimit() {
 // still booting. Leaves errno of the last failure behind on false.
 bool _OpenDaemonQueue(int nMaxAttempts) {
   if (g_OutMsgQID != static_cast<mqd_t>(-1)) {
-    mq_close(g_OutMsgQID);  // left open by an earlier, failed initialisation
+    smgr::Transport().close(g_OutMsgQID);  // left open by an earlier, failed initialisation
     g_OutMsgQID = static_cast<mqd_t>(-1);
   }
   DWORD dwUpTime = 0;
@@ -223,7 +223,7 @@ bool _OpenDaemonQueue(int nMaxAttempts) {
   char szErrno[80];
   int nAttempt = 0;
   for (;;) {
-    g_OutMsgQID = mq_open(_g_szDaemonQueueName, O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+    g_OutMsgQID = smgr::Transport().open(_g_szDaemonQueueName, O_WRONLY | O_NONBLOCK | O_CLOEXEC, 0, nullptr);
     if (g_OutMsgQID != static_cast<mqd_t>(-1)) break;
     int nErrno = errno;
     if (nErrno == ENOENT && dwUpTime <= kBootWindowSecs) {
@@ -250,13 +250,13 @@ bool _OpenDaemonQueue(int nMaxAttempts) {
 void _RemoveReceiveQueue() {
   char szErrno[80];
   if (g_InMsgQID == static_cast<mqd_t>(-1)) return;
-  if (mq_close(g_InMsgQID) != 0) {
+  if (smgr::Transport().close(g_InMsgQID) != 0) {
     int nErrno = errno;
     SMGR_TRACE(3, "Failed to close rx msg queue, errno=%d, \"%s\".\n", nErrno,
                _ErrnoText(nErrno, szErrno, sizeof(szErrno)));
   }
   g_InMsgQID = static_cast<mqd_t>(-1);
-  if (mq_unlink(g_szLocalQueueName) != 0 && errno != ENOENT) {
+  if (smgr::Transport().unlink(g_szLocalQueueName) != 0 && errno != ENOENT) {
     int nErrno = errno;
     SMGR_TRACE(3, "Failed to unlink msg queue \"%s\" errno=%d, \"%s\".\n", g_szLocalQueueName, nErrno,
                _ErrnoText(nErrno, szErrno, sizeof(szErrno)));
@@ -298,7 +298,7 @@ ConnectOutcome _Connect(SMGRPROT_MSG_CONNECT_RSP* pResponse) {
     SMGR_TRACE(4, "Failed to get local process name.\n");
   }
   CopyString(request.Data.RxMsgQName, g_szLocalQueueName, sizeof(request.Data.RxMsgQName));
-  if (mq_send(g_OutMsgQID, reinterpret_cast<const char*>(&request), sizeof(request), 0) != 0) {
+  if (smgr::Transport().send(g_OutMsgQID, reinterpret_cast<const char*>(&request), sizeof(request), 0) != 0) {
     int nErrno = errno;
     char szErrno[80];
     SessMgr_SetLastErrorEx(SMGR_ERROR_LIB_TO_DAEMON_IPC_ERROR, nErrno, nullptr);
@@ -326,7 +326,8 @@ bool _CreateReceiveQueue() {
   ++_g_usInitCount;
   PrintToString(g_szLocalQueueName, sizeof(g_szLocalQueueName), "%s%d-%05u", kLocalQueuePrefix,
                 static_cast<int>(getpid()), static_cast<unsigned>(_g_usInitCount));
-  g_InMsgQID = mq_open(g_szLocalQueueName, O_RDONLY | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0666, nullptr);
+  g_InMsgQID =
+      smgr::Transport().open(g_szLocalQueueName, O_RDONLY | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0666, nullptr);
   if (g_InMsgQID == static_cast<mqd_t>(-1)) return false;
   _g_ReceiveQueueOwnerPID = getpid();
   return true;
@@ -335,7 +336,7 @@ bool _CreateReceiveQueue() {
 // Reads the receive queue's message size into g_nMaxMsgSize.
 bool _ReadReceiveQueueAttributes() {
   struct mq_attr attr;
-  if (mq_getattr(g_InMsgQID, &attr) != 0) return false;
+  if (smgr::Transport().getattr(g_InMsgQID, &attr) != 0) return false;
   g_nMaxMsgSize = attr.mq_msgsize;
   SMGR_TRACE(6, "msg queue can contain up to %d messages of %d bytes each.\n",
              static_cast<int>(attr.mq_maxmsg), static_cast<int>(attr.mq_msgsize));
@@ -498,7 +499,8 @@ bool _SendNoResponseMessage(WORD wType, const char* szFailureTrace) {
   SMGRPROT_MSG_DISCONNECT_IND message;
   memset(&message, 0, sizeof(message));
   _FillHeader(&message.Header, wType, sizeof(message));
-  if (mq_send(g_OutMsgQID, reinterpret_cast<const char*>(&message), sizeof(message), 0) == 0) return true;
+  if (smgr::Transport().send(g_OutMsgQID, reinterpret_cast<const char*>(&message), sizeof(message), 0) == 0)
+    return true;
   int nErrno = errno;
   char szErrno[80];
   SessMgr_SetLastErrorEx(SMGR_ERROR_LIB_TO_DAEMON_IPC_ERROR, nErrno, nullptr);
@@ -506,34 +508,51 @@ bool _SendNoResponseMessage(WORD wType, const char* szFailureTrace) {
   return false;
 }
 
-// True when select/poll says the receive queue is readable; -1 on error.
-int _WaitReadable(bool* pbSet) {
+// One select round of the wait on the receive queue: > 0 readable, 0 time-out,
+// -1 on error.
+int _PosixWaitReadable(mqd_t queue, bool* pbSet) {
   *pbSet = false;
-  if (g_InMsgQID >= 0 && g_InMsgQID < FD_SETSIZE) {
+  if (queue >= 0 && queue < FD_SETSIZE) {
     fd_set readSet;
     FD_ZERO(&readSet);
-    FD_SET(g_InMsgQID, &readSet);
+    FD_SET(queue, &readSet);
     struct timeval timeout = {1, 0};
     SMGR_TRACE(7, "Calling select with timeout of %d.%06d.\n", static_cast<int>(timeout.tv_sec),
                static_cast<int>(timeout.tv_usec));
-    int nRc = select(g_InMsgQID + 1, &readSet, nullptr, nullptr, &timeout);
+    int nRc = select(queue + 1, &readSet, nullptr, nullptr, &timeout);
     SMGR_TRACE(7, "Select returned %d.\n", nRc);
-    if (nRc > 0) *pbSet = FD_ISSET(g_InMsgQID, &readSet);
+    if (nRc > 0) *pbSet = FD_ISSET(queue, &readSet);
     return nRc;
   }
   // A descriptor beyond FD_SETSIZE cannot go into an fd_set: same wait with poll.
-  struct pollfd pfd = {g_InMsgQID, POLLIN, 0};
+  struct pollfd pfd = {queue, POLLIN, 0};
   int nRc = poll(&pfd, 1, 1000);
   SMGR_TRACE(7, "Select returned %d.\n", nRc);
   if (nRc > 0) *pbSet = (pfd.revents & POLLIN) != 0;
   return nRc;
 }
 
+mqd_t _PosixOpen(const char* szName, int nFlags, mode_t mode, struct mq_attr* pAttr) {
+  return (nFlags & O_CREAT) != 0 ? mq_open(szName, nFlags, mode, pAttr) : mq_open(szName, nFlags);
+}
+int _PosixTimeOfDay(struct timeval* pNow) { return gettimeofday(pNow, nullptr); }
+
+// The transport of every client process (see TransportHooks).
+constexpr smgr::TransportHooks kPosixTransport = {
+    _PosixOpen, mq_close, mq_unlink, mq_getattr, mq_send, _PosixWaitReadable, mq_receive, _PosixTimeOfDay,
+};
+const smgr::TransportHooks* _g_pTransport = &kPosixTransport;
+
 }  // namespace
 
 // ---- Internal interfaces -------------------------------------------------------
 
 namespace smgr {
+
+const TransportHooks& Transport() { return *_g_pTransport; }
+void SetTransportHooks(const TransportHooks* pHooks) {
+  _g_pTransport = pHooks != nullptr ? pHooks : &kPosixTransport;
+}
 
 namespace {
 std::atomic<pid_t> g_CachedPid{0};
@@ -569,7 +588,7 @@ void RunHandleCleanups() {
 BOOL WaitForResponse(WORD wRespType, WORD wSequence, size_t* pnReportedSize, size_t* pnReceived) {
   if (g_nLibInitCount.load() < 1) SMGR_TRACE(6, "Called.\n");
   struct timeval start;
-  int nTimeOfDayRc = gettimeofday(&start, nullptr);
+  int nTimeOfDayRc = smgr::Transport().timeOfDay(&start);
   SMGR_ASSERT_TEXT(nTimeOfDayRc == 0, "gettimeofday(&tStart, NULL) == 0");
 
   static unsigned long s_nReceiveErrors = 0;
@@ -583,7 +602,7 @@ BOOL WaitForResponse(WORD wRespType, WORD wSequence, size_t* pnReportedSize, siz
       }
     }
     bool bSet = false;
-    int nSelected = _WaitReadable(&bSet);
+    int nSelected = smgr::Transport().waitReadable(g_InMsgQID, &bSet);
     if (nSelected < 0) {
       int nErrno = errno;
       SessMgr_SetLastErrorEx(SMGR_ERROR_DAEMON_TO_LIB_IPC_GEN_ERROR, nErrno, nullptr);
@@ -594,8 +613,8 @@ BOOL WaitForResponse(WORD wRespType, WORD wSequence, size_t* pnReportedSize, siz
       SMGR_TRACE(7, "Timeout occured.\n");
     } else {
       if (!bSet) SMGR_TRACE(4, "Select returned %d but mq fd (%d) is NOT SET.\n", nSelected, g_InMsgQID);
-      ssize_t nBytes = mq_receive(g_InMsgQID, reinterpret_cast<char*>(g_pInputBuffer),
-                                  static_cast<size_t>(g_nMaxMsgSize), nullptr);
+      ssize_t nBytes = smgr::Transport().receive(g_InMsgQID, reinterpret_cast<char*>(g_pInputBuffer),
+                                                 static_cast<size_t>(g_nMaxMsgSize), nullptr);
       if (nBytes == 0) {
         SMGR_TRACE(4, "mq_receive returned ZERO bytes waiting for response to %hu request.\n",
                    static_cast<WORD>(wRespType - 1));
@@ -645,7 +664,7 @@ BOOL WaitForResponse(WORD wRespType, WORD wSequence, size_t* pnReportedSize, siz
     }
     struct timeval now;
     struct timeval elapsed;
-    gettimeofday(&now, nullptr);
+    smgr::Transport().timeOfDay(&now);
     CalcTimeOfDayAbsDiff(&now, &start, &elapsed);
     SMGR_TRACE(7, "Time spent for this request now at %d.%06d.\n", static_cast<int>(elapsed.tv_sec),
                static_cast<int>(elapsed.tv_usec));
@@ -712,7 +731,7 @@ BOOL AdaptToPIDChange(void) {
       pthread_mutex_unlock(&g_APIMutex);
       return FALSE;
     }
-    if (inherited != static_cast<mqd_t>(-1)) mq_close(inherited);
+    if (inherited != static_cast<mqd_t>(-1)) smgr::Transport().close(inherited);
   }
   if (!_ReadReceiveQueueAttributes()) {
     int nErrno = errno;
@@ -799,7 +818,7 @@ void SessMgrLib_Shutdown(void) {
     _FreeInputBuffer();
     _RemoveReceiveQueue();
     if (g_OutMsgQID != static_cast<mqd_t>(-1)) {
-      if (mq_close(g_OutMsgQID) != 0) {
+      if (smgr::Transport().close(g_OutMsgQID) != 0) {
         int nErrno = errno;
         char szErrno[80];
         SMGR_TRACE(3, "Failed to close tx msg queue, errno=%d, \"%s\".\n", nErrno,

@@ -3,6 +3,7 @@
 // callers what name the library will send.
 #include <libgen.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -54,9 +55,12 @@ void setErrorCode(int* piErrCode, int nCode) {
 
 BOOL fixUpInputFileName(char* szInOutFName, int nSize, const char* szStdDirectory,
                         const char* szStdExtension) {
-  size_t nLength = StringLength(szInOutFName, kMaxFileName);
+  // Never read past the caller's buffer: a name without a terminator inside
+  // nSize bytes is as wrong as one that is too long.
+  const size_t nLimit = std::min(kMaxFileName, static_cast<size_t>(nSize));
+  size_t nLength = StringLength(szInOutFName, nLimit);
   if (nLength == 0) return TRUE;
-  if (nLength >= kMaxFileName) {
+  if (nLength >= nLimit) {
     SMGR_TRACE_AS(kFixUpInputFileName, 4, "File name is too long.\n");
     return fixUpFailed();
   }
@@ -121,7 +125,9 @@ BOOL fixUpInputFileNameNoPath(char* szInOutFName, int nSize, const char* szStdDi
     return FALSE;
   }
   if (!IsStringTerminatedBy(baseName.c_str(), szStdExtension)) baseName += szStdExtension;
-  if (baseName.size() >= kMaxFileName) {
+  // The result must fit the caller's buffer whole, never cut short.
+  if (nLength >= static_cast<size_t>(nSize) || baseName.size() >= kMaxFileName ||
+      baseName.size() >= static_cast<size_t>(nSize)) {
     SMGR_TRACE_AS(kFixUpInputFileNameNoPath, 4, "File name after adding extension is too long.\n");
     setErrorCode(piErrCode, kFileNameTooLong);
     return FALSE;

@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "lib_trace.h"
 #include "sessmgr/sm_utils.h"
@@ -249,6 +250,31 @@ TEST(SelectorTextTest, TruncatedToBufferSize) {
   selector.Via.ID = 12345;
   EXPECT_EQ(selectorText(selector, 6), "By ID");
   EXPECT_EQ(selectorText(selector, 1), "");
+}
+
+// A caller's buffer of nSize bytes is all the library may read: a name that
+// fills it without a terminator is refused and left as it was (exact-size heap
+// buffers make any read past it an AddressSanitizer report).
+TEST_F(FileNameTest, UnterminatedNameFillingTheCallerBufferIsRefusedWithoutReadingPastIt) {
+  std::vector<char> name(8, 'a');
+  EXPECT_FALSE(FixUpInputFileName(name.data(), static_cast<int>(name.size()), kStillDir, ".mp4"));
+  EXPECT_EQ(std::string(name.begin(), name.end()), "aaaaaaaa");
+  int nErrCode = -1;
+  EXPECT_FALSE(
+      FixUpInputFileNameNoPath(name.data(), static_cast<int>(name.size()), kStillDir, ".mp4", &nErrCode));
+  EXPECT_EQ(nErrCode, 210);
+  EXPECT_EQ(std::string(name.begin(), name.end()), "aaaaaaaa");
+}
+
+TEST_F(FileNameTest, NoPathRefusesAResultThatDoesNotFitTheCallerBufferInsteadOfCuttingIt) {
+  char acName[8] = "abcd";  // "abcd.mp4" needs 9 bytes
+  int nErrCode = -1;
+  EXPECT_FALSE(FixUpInputFileNameNoPath(acName, sizeof(acName), kStillDir, ".mp4", &nErrCode));
+  EXPECT_EQ(nErrCode, 210);
+  EXPECT_STREQ(acName, "abcd");
+  char acFits[9] = "abcd";
+  EXPECT_TRUE(FixUpInputFileNameNoPath(acFits, sizeof(acFits), kStillDir, ".mp4", &nErrCode));
+  EXPECT_STREQ(acFits, "abcd.mp4");
 }
 
 }  // namespace
