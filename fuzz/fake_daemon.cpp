@@ -384,4 +384,14 @@ void PrepareEnvironment() {
   setenv("SESSMGR_DAEMON_QUEUE", "/smgrfuzz-no-such-queue", 1);
 }
 
+void StartConnectedLibrary() {
+  WriteSeedsIfAsked();
+  PrepareEnvironment();
+  FakeDaemon& daemon = FakeDaemon::instance();
+  daemon.install();
+  daemon.reset();
+  daemon.answerWithValidResponses();
+  if (!SessMgrLib_Init(SMGR_API_VERSION_1_0, nullptr)) Violation("canned initialisation failed");
+}
+
 }  // namespace smgr::fuzz

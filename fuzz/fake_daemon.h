@@ -113,4 +113,8 @@ void WriteSeedsIfAsked();
 // marker, a daemon queue name no real queue has. Call before the first Init.
 void PrepareEnvironment();
 
+// The start of the targets that fuzz requests of a connected library: seeds if
+// asked, the environment, the fake daemon answering validly, SessMgrLib_Init.
+void StartConnectedLibrary();
+
 }  // namespace smgr::fuzz

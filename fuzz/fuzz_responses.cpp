@@ -63,13 +63,7 @@ std::vector<Bytes> smgr::fuzz::SeedInputs() {
 }
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  smgr::fuzz::WriteSeedsIfAsked();
-  smgr::fuzz::PrepareEnvironment();
-  FakeDaemon& daemon = FakeDaemon::instance();
-  daemon.install();
-  daemon.reset();
-  daemon.answerWithValidResponses();
-  if (!SessMgrLib_Init(SMGR_API_VERSION_1_0, nullptr)) smgr::fuzz::Violation("canned initialisation failed");
+  smgr::fuzz::StartConnectedLibrary();
   return 0;
 }
 
