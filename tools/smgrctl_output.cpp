@@ -78,14 +78,16 @@ std::string Table::render() const {
 
 void PrintJson(const nlohmann::json& value) { std::cout << value.dump(2) << "\n"; }
 
-std::string StateName(int state) {
+// Every value name of the library through one buffer of the right size.
+static std::string ValueText(char* (*nameOf)(int, char*, size_t), int value) {
   char text[32];
-  return SessMgr_GetStreamStateString(state, text, sizeof text);
+  return nameOf(value, text, sizeof text);
 }
 
+std::string StateName(int state) { return ValueText(SessMgr_GetStreamStateString, state); }
+
 std::string EncapsulationName(int encapsulation) {
-  char text[32];
-  return SessMgr_GetStreamEncapsulationString(encapsulation, text, sizeof text);
+  return ValueText(SessMgr_GetStreamEncapsulationString, encapsulation);
 }
 
 std::string AddressText(const SMGR_IP_ADDRESS& address) {
@@ -93,25 +95,13 @@ std::string AddressText(const SMGR_IP_ADDRESS& address) {
   return SessMgr_GetIPAddressString(&address, text, sizeof text);
 }
 
-std::string StreamTypeName(int type) {
-  char text[32];
-  return SessMgr_GetStreamTypeString(type, text, sizeof text);
-}
+std::string StreamTypeName(int type) { return ValueText(SessMgr_GetStreamTypeString, type); }
 
-std::string SrtModeName(int mode) {
-  char text[32];
-  return SessMgr_GetStreamModeString(mode, text, sizeof text);
-}
+std::string SrtModeName(int mode) { return ValueText(SessMgr_GetStreamModeString, mode); }
 
-std::string SrtVersionText(int version) {
-  char text[32];
-  return SessMgr_GetSRTVersionString(version, text, sizeof text);
-}
+std::string SrtVersionText(int version) { return ValueText(SessMgr_GetSRTVersionString, version); }
 
-std::string FecTypeName(int type) {
-  char text[32];
-  return SessMgr_GetFECTypeString(type, text, sizeof text);
-}
+std::string FecTypeName(int type) { return ValueText(SessMgr_GetFECTypeString, type); }
 
 std::string DurationText(uint64_t seconds) {
   char text[32];
