@@ -167,6 +167,27 @@ TEST(StreamConfigDump, NeverPrintsKeysOrPassPhrases) {
   EXPECT_FALSE(capture.hasFragment("hunter2"));
   EXPECT_FALSE(capture.hasFragment("KKKK"));
   EXPECT_EQ(capture.texts().back(), "bNonPersistent = No.\n");
+  for (const auto& trace : capture.traces())
+    if (trace.channel == "SESSMGRLIB") {
+      EXPECT_EQ(trace.function, "_PrintStreamCfg") << trace.text;
+    }
+}
+
+TEST(StreamInfoDump, ShowsTheReportedKeyAsAHexDump) {
+  smgr::test::AttachLibraryChannel();
+  SMGR_STREAM_INFO info{};
+  info.nSize = sizeof(info);
+  info.bEncrypted = TRUE;
+  info.CryptoCfg.nKeySize = 16;
+  std::memset(info.CryptoCfg.acKeyData, 0xAB, 16);
+  smgr::test::TraceCapture capture(6);
+  _PrintStreamInfo(&info);
+  EXPECT_TRUE(capture.has("Encryption Key:\n"));
+  EXPECT_TRUE(capture.hasFragment(" ab ab ab ab"));
+  for (const auto& trace : capture.traces())
+    if (trace.channel == "SESSMGRLIB") {
+      EXPECT_EQ(trace.function, "_PrintStreamInfo") << trace.text;
+    }
 }
 
 }  // namespace
