@@ -58,9 +58,15 @@ int HookSend(mqd_t queue, const char* pb, size_t n, unsigned) { return D().send(
 int HookWaitReadable(mqd_t queue, bool* pbSet) { return D().waitReadable(queue, pbSet); }
 ssize_t HookReceive(mqd_t queue, char* pb, size_t n, unsigned*) { return D().receive(queue, pb, n); }
 int HookTimeOfDay(struct timeval* pNow) { return D().timeOfDay(pNow); }
+BOOL HookUpTime(DWORD* pdwSeconds) {
+  *pdwSeconds = FakeDaemon::kUpTimeSecs;
+  return TRUE;
+}
+void HookSleepMicros(unsigned nMicros) { D().sleepMicros(nMicros); }
 
-const smgr::TransportHooks kFakeTransport = {HookOpen, HookClose,        HookUnlink,  HookGetattr,
-                                             HookSend, HookWaitReadable, HookReceive, HookTimeOfDay};
+const smgr::TransportHooks kFakeTransport = {HookOpen,   HookClose,        HookUnlink,  HookGetattr,
+                                             HookSend,   HookWaitReadable, HookReceive, HookTimeOfDay,
+                                             HookUpTime, HookSleepMicros};
 
 bool IsReceiveKind(Item::Kind kind) {
   return kind == Item::Kind::Message || kind == Item::Kind::ReceiveError || kind == Item::Kind::ZeroBytes;

@@ -76,6 +76,9 @@ class FakeDaemon {
   int waitReadable(int queue, bool* pbSet);
   ssize_t receive(int queue, char* pb, size_t n);
   int timeOfDay(struct timeval* pNow);
+  // Up for longer than the boot window: a missing daemon queue fails at once.
+  static constexpr DWORD kUpTimeSecs = 3600;
+  void sleepMicros(unsigned nMicros) { advance(static_cast<long>(nMicros)); }
 
  private:
   void advance(long nMicros);

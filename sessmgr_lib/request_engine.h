@@ -242,6 +242,10 @@ struct TransportHooks {
   int (*waitReadable)(mqd_t queue, bool* pbSet);
   ssize_t (*receive)(mqd_t queue, char* pbBuffer, size_t nSize, unsigned* pnPriority);
   int (*timeOfDay)(struct timeval* pNow);
+  // Seconds since boot, for the start-up wait for the daemon's queue.
+  BOOL (*upTime)(DWORD* pdwSeconds);
+  // The pause between two attempts to open the daemon's queue.
+  void (*sleepMicros)(unsigned nMicroSeconds);
 };
 
 // The table in force (the POSIX one unless a harness installed another).

@@ -219,7 +219,7 @@ bool _OpenDaemonQueue(int nMaxAttempts) {
     g_OutMsgQID = static_cast<mqd_t>(-1);
   }
   DWORD dwUpTime = 0;
-  GetSystemUPTime(&dwUpTime);
+  smgr::Transport().upTime(&dwUpTime);
   char szErrno[80];
   int nAttempt = 0;
   for (;;) {
@@ -229,7 +229,7 @@ bool _OpenDaemonQueue(int nMaxAttempts) {
     if (nErrno == ENOENT && dwUpTime <= kBootWindowSecs) {
       if (nAttempt <= nMaxAttempts) {
         SMGR_TRACE(4, "Failed attempt %d/%d to open msg queue.\n", nAttempt + 1, nMaxAttempts);
-        MicroSleep(1000000, TRUE);
+        smgr::Transport().sleepMicros(1000000);
         ++nAttempt;
         continue;
       }
@@ -536,10 +536,12 @@ mqd_t _PosixOpen(const char* szName, int nFlags, mode_t mode, struct mq_attr* pA
   return (nFlags & O_CREAT) != 0 ? mq_open(szName, nFlags, mode, pAttr) : mq_open(szName, nFlags);
 }
 int _PosixTimeOfDay(struct timeval* pNow) { return gettimeofday(pNow, nullptr); }
+void _PosixSleepMicros(unsigned nMicroSeconds) { MicroSleep(nMicroSeconds, TRUE); }
 
 // The transport of every client process (see TransportHooks).
 constexpr smgr::TransportHooks kPosixTransport = {
-    _PosixOpen, mq_close, mq_unlink, mq_getattr, mq_send, _PosixWaitReadable, mq_receive, _PosixTimeOfDay,
+    _PosixOpen,         mq_close,   mq_unlink,       mq_getattr,      mq_send,
+    _PosixWaitReadable, mq_receive, _PosixTimeOfDay, GetSystemUPTime, _PosixSleepMicros,
 };
 const smgr::TransportHooks* _g_pTransport = &kPosixTransport;
 
