@@ -31,6 +31,12 @@ bool MakeThreadDataForCallingThread();
 // The calling thread's record, or nullptr when it has none (never makes one).
 SM_THREAD_DATA* FindThreadDataForCallingThread();
 
+// Fork handling: the record list's lock is taken before fork and released on both
+// sides after it (made anew in the child), so a child never inherits it held by a thread that is gone.
+void LockThreadDataListForFork();
+void UnlockThreadDataListAfterFork();
+void ResetThreadDataListAfterForkInChild();
+
 // Number of live thread records (for tests: a finished thread must leave none behind).
 uint64_t CountThreadDataRecords();
 

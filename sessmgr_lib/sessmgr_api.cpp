@@ -558,9 +558,31 @@ void SetTransportHooks(const TransportHooks* pHooks) {
 
 namespace {
 std::atomic<pid_t> g_CachedPid{0};
-void _RefreshCachedPid() { g_CachedPid.store(getpid(), std::memory_order_relaxed); }
+// A fork waits for the request in flight (if any) to end, so that the child
+// never inherits the API mutex or the thread-record list held by a thread
+// that does not exist in it. The API mutex comes first, as everywhere.
+void _BeforeFork() {
+  pthread_mutex_lock(&g_APIMutex);
+  LockThreadDataListForFork();
+}
+void _AfterForkInParent() {
+  UnlockThreadDataListAfterFork();
+  pthread_mutex_unlock(&g_APIMutex);
+}
+// The child cannot unlock what the parent's thread locked (a recursive mutex
+// remembers its owner's thread ID, which differs in the child): being the
+// only thread, it makes both locks anew, unlocked.
+void _AfterForkInChild() {
+  g_CachedPid.store(getpid(), std::memory_order_relaxed);
+  ResetThreadDataListAfterForkInChild();
+  pthread_mutexattr_t attr;
+  pthread_mutexattr_init(&attr);
+  pthread_mutexattr_settype(&attr, PTHREAD_MUTEX_RECURSIVE);
+  pthread_mutex_init(&g_APIMutex, &attr);
+  pthread_mutexattr_destroy(&attr);
+}
 [[maybe_unused]] const bool s_bForkHandlerInstalled =
-    (pthread_atfork(nullptr, nullptr, _RefreshCachedPid) == 0);
+    (pthread_atfork(_BeforeFork, _AfterForkInParent, _AfterForkInChild) == 0);
 }  // namespace
 
 pid_t CurrentPid() {

@@ -77,6 +77,10 @@ SM_THREAD_DATA* _GetOrMakeThreadData() {
 
 }  // namespace
 
+void LockThreadDataListForFork() { pthread_mutex_lock(&_g_ThreadDataListMutex); }
+void UnlockThreadDataListAfterFork() { pthread_mutex_unlock(&_g_ThreadDataListMutex); }
+void ResetThreadDataListAfterForkInChild() { pthread_mutex_init(&_g_ThreadDataListMutex, nullptr); }
+
 bool EnsureThreadDataKey(int* pnRc) {
   if (pnRc != nullptr) *pnRc = 0;
   if (_ThreadDataKeyIsMade()) return true;

@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <string>
+#include <thread>
 
 #include "lib_state.h"
 #include "peer_fixture.h"
@@ -99,6 +100,25 @@ TEST_F(ForkedClient, ChildReconnectsOnItsFirstRequestAndParentKeepsWorking) {
   SMGR_DEBUG_INFO info{};
   EXPECT_TRUE(SessMgr_GetDebugInfo(&info));
   EXPECT_EQ(peer.requestCount(SMGRPROT_USER_DISCONNECT_IND), 1u) << "the parent is still connected";
+}
+
+TEST_F(ForkedClient, ForkDuringAnotherThreadsRequestLeavesTheChildAUsableLibrary) {
+  // The parent's next request stays in flight (API mutex held) for 300 ms.
+  peer.onNextRequest(SMGRPROT_DEBUG_GETINFO_REQ, Replies(Reply::ok().delay(milliseconds(300))));
+  std::thread requester([] {
+    SMGR_DEBUG_INFO info{};
+    EXPECT_TRUE(SessMgr_GetDebugInfo(&info));
+  });
+  ASSERT_TRUE(peer.waitForRequests(SMGRPROT_DEBUG_GETINFO_REQ, 1));
+  int nStatus = RunInChild([] {
+    alarm(5);  // a child that inherited the held API mutex would hang here
+    SMGR_DEBUG_INFO info{};
+    bool bOk = SessMgr_GetDebugInfo(&info);
+    SessMgrLib_Shutdown();
+    return bOk ? 0 : 1;
+  });
+  requester.join();
+  EXPECT_EQ(nStatus, 0);
 }
 
 TEST_F(ForkedClient, ChildWithoutRequestsDoesNothingAtShutdownOrExit) {
