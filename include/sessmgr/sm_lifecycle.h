@@ -69,6 +69,9 @@ SMGR_API BOOL SessMgrLib_SetUID(uid_t UID);
 /**
  * Re-establishes the connection in a forked child (new receive queue, new
  * connect). Operations call it themselves on their first request after fork.
+ * fork() itself waits while another thread of the process has a request in
+ * flight (at most the response time-out), so the child starts with the
+ * library free.
  */
 SMGR_API BOOL AdaptToPIDChange(void);
 
