@@ -341,10 +341,137 @@ std::vector<BadInput> AddressBadInputs() {
 
 // ---- Rows -----------------------------------------------------------------------------------
 
+const Expectation invalidNoSend{FALSE, LE::Equals, SMGR_ERROR_INVALID_PARAMETERS, false};
+const Expectation keptNoSend{FALSE, LE::Unchanged, 0, false};
+const Expectation acceptedAndSent{TRUE, LE::Equals, SMGR_ERROR_SUCCESS, true};
+
+// The bad selectors every selector operation is swept with. The call is a type
+// (Call::With) so that captureless lambdas, which rows store as plain function
+// pointers, can reach the operation.
+template <typename Call>
+std::vector<BadInput> BadSelectorInputs() {
+  return {
+      {"NULL selector", [](CallContext& ctx) { return Call::With(ctx, nullptr); }, invalidNoSend},
+      {"selector kind 5",
+       [](CallContext& ctx) {
+         SMGR_OBJECT_SELECTOR s = OfKind(5);
+         return Call::With(ctx, &s);
+       },
+       keptNoSend},
+      {"selector kind INT_MIN",
+       [](CallContext& ctx) {
+         SMGR_OBJECT_SELECTOR s = OfKind(INT32_MIN);
+         return Call::With(ctx, &s);
+       },
+       keptNoSend},
+      {"by NULL name",
+       [](CallContext& ctx) {
+         SMGR_OBJECT_SELECTOR s = ByName(nullptr);
+         return Call::With(ctx, &s);
+       },
+       invalidNoSend},
+      {"by wiped handle",
+       [](CallContext& ctx) {
+         SMGR_OBJECT_SELECTOR s = ByHandle(wipedStreamHandle());
+         return Call::With(ctx, &s);
+       },
+       keptNoSend},
+      {"by handle of another family",
+       [](CallContext& ctx) {
+         SMGR_OBJECT_SELECTOR s = ByHandle(foreignHandle());
+         return Call::With(ctx, &s);
+       },
+       keptNoSend},
+      {"by NULL handle",
+       [](CallContext& ctx) {
+         SMGR_OBJECT_SELECTOR s = ByHandle(nullptr);
+         return Call::With(ctx, &s);
+       },
+       keptNoSend},
+      {"by a 70-character name",
+       [](CallContext& ctx) {
+         SMGR_OBJECT_SELECTOR s = ByName(kLongName);
+         return Call::With(ctx, &s);
+       },
+       acceptedAndSent},
+  };
+}
+
+// An operation that takes a selector alone.
+template <BOOL (*Fn)(const SMGR_OBJECT_SELECTOR*)>
+struct SelectorCall {
+  static BOOL With(CallContext&, const SMGR_OBJECT_SELECTOR* pSelector) { return Fn(pSelector); }
+};
+
+template <BOOL (*Fn)(const SMGR_OBJECT_SELECTOR*), bool bHandles>
+OperationRow SelectorRow(const char* szName, WORD wRequest, Bytes (*answer)(const Bytes&),
+                         SuccessCodes success) {
+  return {szName,
+          wRequest,
+          success,
+          answer,
+          bHandles ? OpenCannedStream : nullptr,
+          [](CallContext& ctx) {
+            SMGR_OBJECT_SELECTOR s = ChosenSelector(ctx, bHandles);
+            return Fn(&s);
+          },
+          CloseStreams,
+          BadSelectorInputs<SelectorCall<Fn>>()};
+}
+
+// An operation that takes a selector and a sized record it fills (nSize negotiation).
+template <typename Record, BOOL (*Fn)(const SMGR_OBJECT_SELECTOR*, Record*)>
+struct RecordCall {
+  static BOOL With(CallContext& ctx, const SMGR_OBJECT_SELECTOR* pSelector) {
+    return Fn(pSelector, SizedRecord<Record>(ctx, 0));
+  }
+};
+
+template <typename Record, BOOL (*Fn)(const SMGR_OBJECT_SELECTOR*, Record*)>
+OperationRow RecordRow(const char* szName, WORD wRequest, Bytes (*answer)(const Bytes&)) {
+  std::vector<BadInput> bad = BadSelectorInputs<RecordCall<Record, Fn>>();
+  bad.insert(bad.end(), {{"NULL record",
+                          [](CallContext&) {
+                            SMGR_OBJECT_SELECTOR s = ById(1);
+                            return Fn(&s, nullptr);
+                          },
+                          invalidNoSend},
+                         {"record of nSize 0 in 4 bytes",
+                          [](CallContext& ctx) {
+                            SMGR_OBJECT_SELECTOR s = ById(1);
+                            Record* pRecord = ctx.buffer(4).as<Record>();
+                            return static_cast<BOOL>(Fn(&s, pRecord) && pRecord->nSize == 0);
+                          },
+                          acceptedAndSent},
+                         {"record one byte short",
+                          [](CallContext& ctx) {
+                            SMGR_OBJECT_SELECTOR s = ById(1);
+                            Record* pRecord = SizedRecord<Record>(ctx, 1);
+                            return static_cast<BOOL>(Fn(&s, pRecord) && pRecord->nSize == sizeof(Record) - 1);
+                          },
+                          acceptedAndSent},
+                         {"record claiming 4 GiB, daemon's record fits",
+                          [](CallContext& ctx) {
+                            SMGR_OBJECT_SELECTOR s = ById(1);
+                            Record* pRecord = SizedRecord<Record>(ctx, 0);
+                            pRecord->nSize = 0xFFFFFFFFu;
+                            return static_cast<BOOL>(Fn(&s, pRecord) && pRecord->nSize == sizeof(Record));
+                          },
+                          acceptedAndSent}});
+  return {szName,
+          wRequest,
+          SuccessCodes::ZeroOnly,
+          answer,
+          OpenCannedStream,
+          [](CallContext& ctx) {
+            SMGR_OBJECT_SELECTOR s = ChosenSelector(ctx, true);
+            return Fn(&s, SizedRecord<Record>(ctx, ctx.params.byte()));
+          },
+          CloseStreams,
+          std::move(bad)};
+}
+
 std::vector<OperationRow> BuildTable() {
-  const Expectation invalidNoSend{FALSE, LE::Equals, SMGR_ERROR_INVALID_PARAMETERS, false};
-  const Expectation keptNoSend{FALSE, LE::Unchanged, 0, false};
-  const Expectation acceptedAndSent{TRUE, LE::Equals, SMGR_ERROR_SUCCESS, true};
   const Expectation local{TRUE, LE::Unchanged};
 
   std::vector<OperationRow> rows;
@@ -931,197 +1058,23 @@ std::vector<OperationRow> BuildTable() {
          {FALSE, LE::Equals, SMGR_ERROR_INVALID_PARAMETERS}}}});
 
   // The selector operations: one list of bad selectors, the kinds each accepts.
-  struct SelectorOperation {
-    const char* szName;
-    WORD wRequest;
-    BOOL (*pfn)(const SMGR_OBJECT_SELECTOR*);
-    bool bHandles;
-    Bytes (*answer)(const Bytes&);
-    SuccessCodes success;
-  };
-  const SelectorOperation selectorOperations[] = {
-      {"SessMgr_DeleteStream", SMGRPROT_STREAM_DELETE_REQ, SessMgr_DeleteStream, false, ResultOnly,
-       SuccessCodes::ZeroOnly},
-      {"SessMgr_StartStream", SMGRPROT_STREAM_START_REQ, SessMgr_StartStream, true, ResultWithDescription,
-       SuccessCodes::ZeroOrWarning},
-      {"SessMgr_StopStream", SMGRPROT_STREAM_STOP_REQ, SessMgr_StopStream, false, ResultOnly,
-       SuccessCodes::ZeroOnly},
-      {"SessMgr_PauseStream", SMGRPROT_STREAM_PAUSE_REQ, SessMgr_PauseStream, true, ResultOnly,
-       SuccessCodes::ZeroOnly},
-      {"SessMgr_ResumeStream", SMGRPROT_STREAM_RESUME_REQ, SessMgr_ResumeStream, true, ResultOnly,
-       SuccessCodes::ZeroOnly},
-      {"SessMgr_ResetStreamStats", SMGRPROT_STREAM_RESETSTATS_REQ, SessMgr_ResetStreamStats, true, ResultOnly,
-       SuccessCodes::ZeroOnly},
-  };
-  // Captureless lambdas cannot see the loop's function pointer: one instance per operation.
-  static BOOL (*s_pfnSelector[8])(const SMGR_OBJECT_SELECTOR*);
-  static bool s_bHandles[8];
-  int nIndex = 0;
-#define SMGR_SELECTOR_ROW(N)                                                                      \
-  {                                                                                               \
-    const SelectorOperation& op = selectorOperations[N];                                          \
-    s_pfnSelector[N] = op.pfn;                                                                    \
-    s_bHandles[N] = op.bHandles;                                                                  \
-    std::vector<BadInput> bad = {                                                                 \
-        {"NULL selector", [](CallContext&) { return s_pfnSelector[N](nullptr); }, invalidNoSend}, \
-        {"selector kind 5",                                                                       \
-         [](CallContext&) {                                                                       \
-           SMGR_OBJECT_SELECTOR s = OfKind(5);                                                    \
-           return s_pfnSelector[N](&s);                                                           \
-         },                                                                                       \
-         keptNoSend},                                                                             \
-        {"selector kind INT_MIN",                                                                 \
-         [](CallContext&) {                                                                       \
-           SMGR_OBJECT_SELECTOR s = OfKind(INT32_MIN);                                            \
-           return s_pfnSelector[N](&s);                                                           \
-         },                                                                                       \
-         keptNoSend},                                                                             \
-        {"by NULL name",                                                                          \
-         [](CallContext&) {                                                                       \
-           SMGR_OBJECT_SELECTOR s = ByName(nullptr);                                              \
-           return s_pfnSelector[N](&s);                                                           \
-         },                                                                                       \
-         invalidNoSend},                                                                          \
-        {"by wiped handle",                                                                       \
-         [](CallContext&) {                                                                       \
-           SMGR_OBJECT_SELECTOR s = ByHandle(wipedStreamHandle());                                \
-           return s_pfnSelector[N](&s);                                                           \
-         },                                                                                       \
-         keptNoSend},                                                                             \
-        {"by handle of another family",                                                           \
-         [](CallContext&) {                                                                       \
-           SMGR_OBJECT_SELECTOR s = ByHandle(foreignHandle());                                    \
-           return s_pfnSelector[N](&s);                                                           \
-         },                                                                                       \
-         keptNoSend},                                                                             \
-        {"by NULL handle",                                                                        \
-         [](CallContext&) {                                                                       \
-           SMGR_OBJECT_SELECTOR s = ByHandle(nullptr);                                            \
-           return s_pfnSelector[N](&s);                                                           \
-         },                                                                                       \
-         keptNoSend},                                                                             \
-        {"by a 70-character name",                                                                \
-         [](CallContext&) {                                                                       \
-           SMGR_OBJECT_SELECTOR s = ByName(kLongName);                                            \
-           return s_pfnSelector[N](&s);                                                           \
-         },                                                                                       \
-         acceptedAndSent},                                                                        \
-    };                                                                                            \
-    rows.push_back({op.szName, op.wRequest, op.success, op.answer,                                \
-                    s_bHandles[N] ? OpenCannedStream : nullptr,                                   \
-                    [](CallContext& ctx) {                                                        \
-                      SMGR_OBJECT_SELECTOR s = ChosenSelector(ctx, s_bHandles[N]);                \
-                      return s_pfnSelector[N](&s);                                                \
-                    },                                                                            \
-                    CloseStreams, std::move(bad)});                                               \
-    ++nIndex;                                                                                     \
-  }
-  SMGR_SELECTOR_ROW(0)
-  SMGR_SELECTOR_ROW(1)
-  SMGR_SELECTOR_ROW(2)
-  SMGR_SELECTOR_ROW(3)
-  SMGR_SELECTOR_ROW(4)
-  SMGR_SELECTOR_ROW(5)
-#undef SMGR_SELECTOR_ROW
-  (void)nIndex;
+  rows.push_back(SelectorRow<SessMgr_DeleteStream, false>("SessMgr_DeleteStream", SMGRPROT_STREAM_DELETE_REQ,
+                                                          ResultOnly, SuccessCodes::ZeroOnly));
+  rows.push_back(SelectorRow<SessMgr_StartStream, true>("SessMgr_StartStream", SMGRPROT_STREAM_START_REQ,
+                                                        ResultWithDescription, SuccessCodes::ZeroOrWarning));
+  rows.push_back(SelectorRow<SessMgr_StopStream, false>("SessMgr_StopStream", SMGRPROT_STREAM_STOP_REQ,
+                                                        ResultOnly, SuccessCodes::ZeroOnly));
+  rows.push_back(SelectorRow<SessMgr_PauseStream, true>("SessMgr_PauseStream", SMGRPROT_STREAM_PAUSE_REQ,
+                                                        ResultOnly, SuccessCodes::ZeroOnly));
+  rows.push_back(SelectorRow<SessMgr_ResumeStream, true>("SessMgr_ResumeStream", SMGRPROT_STREAM_RESUME_REQ,
+                                                         ResultOnly, SuccessCodes::ZeroOnly));
+  rows.push_back(SelectorRow<SessMgr_ResetStreamStats, true>(
+      "SessMgr_ResetStreamStats", SMGRPROT_STREAM_RESETSTATS_REQ, ResultOnly, SuccessCodes::ZeroOnly));
 
-  rows.push_back({"SessMgr_GetStreamInfo",
-                  SMGRPROT_STREAM_GETINFO_REQ,
-                  SuccessCodes::ZeroOnly,
-                  StreamInfoAnswer,
-                  OpenCannedStream,
-                  [](CallContext& ctx) {
-                    SMGR_OBJECT_SELECTOR s = ChosenSelector(ctx, true);
-                    return SessMgr_GetStreamInfo(&s, SizedRecord<SMGR_STREAM_INFO>(ctx, ctx.params.byte()));
-                  },
-                  CloseStreams,
-                  {{"NULL info",
-                    [](CallContext&) {
-                      SMGR_OBJECT_SELECTOR s = ById(1);
-                      return SessMgr_GetStreamInfo(&s, nullptr);
-                    },
-                    invalidNoSend},
-                   {"NULL selector",
-                    [](CallContext& ctx) {
-                      return SessMgr_GetStreamInfo(nullptr, SizedRecord<SMGR_STREAM_INFO>(ctx, 0));
-                    },
-                    invalidNoSend},
-                   {"selector kind 5",
-                    [](CallContext& ctx) {
-                      SMGR_OBJECT_SELECTOR s = OfKind(5);
-                      return SessMgr_GetStreamInfo(&s, SizedRecord<SMGR_STREAM_INFO>(ctx, 0));
-                    },
-                    keptNoSend},
-                   {"by wiped handle",
-                    [](CallContext& ctx) {
-                      SMGR_OBJECT_SELECTOR s = ByHandle(wipedStreamHandle());
-                      return SessMgr_GetStreamInfo(&s, SizedRecord<SMGR_STREAM_INFO>(ctx, 0));
-                    },
-                    keptNoSend},
-                   {"record of nSize 0 in 4 bytes",
-                    [](CallContext& ctx) {
-                      SMGR_OBJECT_SELECTOR s = ById(1);
-                      SMGR_STREAM_INFO* pInfo = ctx.buffer(4).as<SMGR_STREAM_INFO>();
-                      return static_cast<BOOL>(SessMgr_GetStreamInfo(&s, pInfo) && pInfo->nSize == 0);
-                    },
-                    acceptedAndSent},
-                   {"record one byte short",
-                    [](CallContext& ctx) {
-                      SMGR_OBJECT_SELECTOR s = ById(1);
-                      SMGR_STREAM_INFO* pInfo = SizedRecord<SMGR_STREAM_INFO>(ctx, 1);
-                      return static_cast<BOOL>(SessMgr_GetStreamInfo(&s, pInfo) &&
-                                               pInfo->nSize == sizeof(SMGR_STREAM_INFO) - 1);
-                    },
-                    acceptedAndSent},
-                   {"record claiming 4 GiB, daemon's record fits",
-                    [](CallContext& ctx) {
-                      SMGR_OBJECT_SELECTOR s = ById(1);
-                      SMGR_STREAM_INFO* pInfo = SizedRecord<SMGR_STREAM_INFO>(ctx, 0);
-                      pInfo->nSize = 0xFFFFFFFFu;
-                      return static_cast<BOOL>(SessMgr_GetStreamInfo(&s, pInfo) &&
-                                               pInfo->nSize == sizeof(SMGR_STREAM_INFO));
-                    },
-                    acceptedAndSent}}});
-  rows.push_back({"SessMgr_GetStreamStats",
-                  SMGRPROT_STREAM_GETSTATS_REQ,
-                  SuccessCodes::ZeroOnly,
-                  StreamStatsAnswer,
-                  OpenCannedStream,
-                  [](CallContext& ctx) {
-                    SMGR_OBJECT_SELECTOR s = ChosenSelector(ctx, true);
-                    return SessMgr_GetStreamStats(&s, SizedRecord<SMGR_STREAM_STATS>(ctx, ctx.params.byte()));
-                  },
-                  CloseStreams,
-                  {{"NULL stats",
-                    [](CallContext&) {
-                      SMGR_OBJECT_SELECTOR s = ById(1);
-                      return SessMgr_GetStreamStats(&s, nullptr);
-                    },
-                    invalidNoSend},
-                   {"NULL selector",
-                    [](CallContext& ctx) {
-                      return SessMgr_GetStreamStats(nullptr, SizedRecord<SMGR_STREAM_STATS>(ctx, 0));
-                    },
-                    invalidNoSend},
-                   {"by handle of another family",
-                    [](CallContext& ctx) {
-                      SMGR_OBJECT_SELECTOR s = ByHandle(foreignHandle());
-                      return SessMgr_GetStreamStats(&s, SizedRecord<SMGR_STREAM_STATS>(ctx, 0));
-                    },
-                    keptNoSend},
-                   {"record of nSize 0 in 4 bytes",
-                    [](CallContext& ctx) {
-                      SMGR_OBJECT_SELECTOR s = ById(1);
-                      SMGR_STREAM_STATS* pStats = ctx.buffer(4).as<SMGR_STREAM_STATS>();
-                      return static_cast<BOOL>(SessMgr_GetStreamStats(&s, pStats) && pStats->nSize == 0);
-                    },
-                    acceptedAndSent},
-                   {"record one byte short",
-                    [](CallContext& ctx) {
-                      SMGR_OBJECT_SELECTOR s = ById(1);
-                      return SessMgr_GetStreamStats(&s, SizedRecord<SMGR_STREAM_STATS>(ctx, 1));
-                    },
-                    acceptedAndSent}}});
+  rows.push_back(RecordRow<SMGR_STREAM_INFO, SessMgr_GetStreamInfo>(
+      "SessMgr_GetStreamInfo", SMGRPROT_STREAM_GETINFO_REQ, StreamInfoAnswer));
+  rows.push_back(RecordRow<SMGR_STREAM_STATS, SessMgr_GetStreamStats>(
+      "SessMgr_GetStreamStats", SMGRPROT_STREAM_GETSTATS_REQ, StreamStatsAnswer));
   rows.push_back(
       {"SessMgr_EnumerateStreams",
        SMGRPROT_STREAM_ENUMERATE_REQ,
