@@ -148,7 +148,7 @@ TEST_F(BadInputSweep, EveryRequestOperationFailsWith14AndSendsNothingWhenNotInit
 TEST_F(BadInputSweep, DebugRequestFromANonRootProcessFailsWith73AndSendsNothing) {
   if (getuid() != 0) GTEST_SKIP() << "needs root to drop to another user";
   const size_t nBefore = peer.requests().size();
-  pid_t child = fork();
+  pid_t child = peer.forkClient();
   ASSERT_GE(child, 0);
   if (child == 0) {
     // The root check comes before anything is built or sent, so the inherited
@@ -158,8 +158,8 @@ TEST_F(BadInputSweep, DebugRequestFromANonRootProcessFailsWith73AndSendsNothing)
     BOOL bResult = SessMgr_DebugRequest(1, abData, sizeof(abData));
     _exit(!bResult && SessMgr_GetLastError() == SMGR_ERROR_INSUFFICIENT_RIGHTS ? 0 : 1);
   }
-  int nStatus = 0;
-  ASSERT_EQ(waitpid(child, &nStatus, 0), child);
+  int nStatus = WaitForChild(child);
+  ASSERT_NE(nStatus, kChildHung);
   EXPECT_TRUE(WIFEXITED(nStatus) && WEXITSTATUS(nStatus) == 0);
   EXPECT_EQ(peer.requests().size(), nBefore);
 }

@@ -188,15 +188,15 @@ TEST_F(Diagnostics, DebugRequestFromNonRootFailsWith73AndSendsNothing) {
   if (IsRootUser()) {
     // Drop privileges in a child; its request would re-connect first, so
     // nothing reaching the peer from it proves nothing was sent.
-    pid_t child = fork();
+    pid_t child = peer.forkClient();
     ASSERT_GE(child, 0);
     if (child == 0) {
       if (setuid(65534) != 0) _exit(3);
       BOOL bResult = SessMgr_DebugRequest(1, nullptr, 0);
       _exit(!bResult && SessMgr_GetLastError() == SMGR_ERROR_INSUFFICIENT_RIGHTS ? 0 : 1);
     }
-    int nStatus = 0;
-    ASSERT_EQ(waitpid(child, &nStatus, 0), child);
+    int nStatus = WaitForChild(child);
+    ASSERT_NE(nStatus, kChildHung);
     ASSERT_TRUE(WIFEXITED(nStatus));
     EXPECT_EQ(WEXITSTATUS(nStatus), 0);
     ASSERT_TRUE(SessMgr_SetDebugState(0));

@@ -23,17 +23,18 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-// Runs body in a forked child and returns its exit status (-1: killed by a signal).
+// Runs body in a forked child and returns its exit status (-1: killed by a
+// signal or hung, -2: no child).
 template <typename Body>
-int RunInChild(Body body) {
-  pid_t child = fork();
+int RunInChild(TestPeer& peer, Body body) {
+  pid_t child = peer.forkClient();
   if (child == 0) {
     int nCode = body();
     _exit(nCode);
   }
-  int nStatus = 0;
-  if (child < 0 || waitpid(child, &nStatus, 0) != child) return -2;
-  return WIFEXITED(nStatus) ? WEXITSTATUS(nStatus) : -1;
+  if (child < 0) return -2;
+  int nStatus = WaitForChild(child);
+  return nStatus != kChildHung && WIFEXITED(nStatus) ? WEXITSTATUS(nStatus) : -1;
 }
 
 std::vector<Request> RequestsFrom(const TestPeer& peer, pid_t pid) {
@@ -69,7 +70,7 @@ class ForkedClient : public ConnectedPeerTest {};
 
 TEST_F(ForkedClient, ChildReconnectsOnItsFirstRequestAndParentKeepsWorking) {
   std::string parentQueue = QueueOf(*peer.lastRequest(SMGRPROT_USER_CONNECT_REQ));
-  pid_t child = fork();
+  pid_t child = peer.forkClient();
   ASSERT_GE(child, 0);
   if (child == 0) {
     SMGR_DEBUG_INFO info{};
@@ -77,8 +78,8 @@ TEST_F(ForkedClient, ChildReconnectsOnItsFirstRequestAndParentKeepsWorking) {
     SessMgrLib_Shutdown();
     _exit(bOk ? 0 : 1);
   }
-  int nStatus = 0;
-  ASSERT_EQ(waitpid(child, &nStatus, 0), child);
+  int nStatus = WaitForChild(child);
+  ASSERT_NE(nStatus, kChildHung);
   ASSERT_TRUE(WIFEXITED(nStatus));
   EXPECT_EQ(WEXITSTATUS(nStatus), 0);
   ASSERT_TRUE(peer.waitForRequests(SMGRPROT_USER_DISCONNECT_IND, 1));
@@ -110,7 +111,7 @@ TEST_F(ForkedClient, ForkDuringAnotherThreadsRequestLeavesTheChildAUsableLibrary
     EXPECT_TRUE(SessMgr_GetDebugInfo(&info));
   });
   ASSERT_TRUE(peer.waitForRequests(SMGRPROT_DEBUG_GETINFO_REQ, 1));
-  int nStatus = RunInChild([] {
+  int nStatus = RunInChild(peer, [] {
     alarm(5);  // a child that inherited the held API mutex would hang here
     SMGR_DEBUG_INFO info{};
     bool bOk = SessMgr_GetDebugInfo(&info);
@@ -123,12 +124,12 @@ TEST_F(ForkedClient, ForkDuringAnotherThreadsRequestLeavesTheChildAUsableLibrary
 
 TEST_F(ForkedClient, ChildWithoutRequestsDoesNothingAtShutdownOrExit) {
   std::string parentQueue = QueueOf(*peer.lastRequest(SMGRPROT_USER_CONNECT_REQ));
-  int nStatus = RunInChild([] {
+  int nStatus = RunInChild(peer, [] {
     SessMgrLib_Shutdown();
     return 0;
   });
   EXPECT_EQ(nStatus, 0);
-  nStatus = RunInChild([] {
+  nStatus = RunInChild(peer, [] {
     exit(0);  // the exit handler finds the parent's connection: nothing to do
     return 1;
   });
@@ -176,15 +177,15 @@ class UncleanEnd : public ::testing::Test {
   }
   // The child connects on its own, then ends without shutting down.
   void expectNoQueueLeftAfter(void (*end)()) {
-    pid_t child = fork();
+    pid_t child = peer.forkClient();
     ASSERT_GE(child, 0);
     if (child == 0) {
       if (!SessMgrLib_Init(SMGR_API_VERSION_1_0, nullptr)) _exit(2);
       end();
       _exit(3);
     }
-    int nStatus = 0;
-    ASSERT_EQ(waitpid(child, &nStatus, 0), child);
+    int nStatus = WaitForChild(child);
+    ASSERT_NE(nStatus, kChildHung);
     // Any end but a failed initialisation (a sanitizer may re-raise the signal).
     ASSERT_FALSE(WIFEXITED(nStatus) && WEXITSTATUS(nStatus) == 2) << nStatus;
     ASSERT_TRUE(peer.waitForRequests(SMGRPROT_USER_DISCONNECT_IND, 1));

@@ -14,6 +14,7 @@
 #include <atomic>
 #include <cstdio>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 
 namespace smgr::test {
@@ -245,6 +246,12 @@ void TestPeer::stop() {
   thread_.join();
 }
 
+pid_t TestPeer::forkClient() {
+  while (running_ && child_ == 0 && !parked_.load())
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  return fork();
+}
+
 pid_t TestPeer::daemonPid() const { return child_ != 0 ? child_ : getpid(); }
 
 void TestPeer::killDaemon() {
@@ -319,11 +326,13 @@ void TestPeer::clearRequests() {
 void TestPeer::serve(bool bRecord) {
   Bytes buffer(static_cast<size_t>(options_.nQueueMsgSize));
   for (;;) {
+    parked_.store(true);
     ssize_t n = mq_receive(queue_, reinterpret_cast<char*>(buffer.data()), buffer.size(), nullptr);
     if (n < 0) {
       if (errno == EINTR) continue;
-      return;
+      return;  // parked_ stays set: this thread no longer allocates
     }
+    parked_.store(false);
     Bytes message(buffer.begin(), buffer.begin() + n);
     Request request(message);
     if (request.type() == kStopMessageType && request.field<DWORD>(16) == kStopMessageMagic) return;
@@ -375,7 +384,11 @@ void TestPeer::handle(const Bytes& message, bool bRecord) {
 
   Replies replies = repliesFor(request);
   for (const Reply& reply : replies.list()) {
-    if (reply.delayBefore().count() > 0) std::this_thread::sleep_for(reply.delayBefore());
+    if (reply.delayBefore().count() > 0) {
+      parked_.store(true);
+      std::this_thread::sleep_for(reply.delayBefore());
+      parked_.store(false);
+    }
     sendTo(client, reply.build(request, replySize(static_cast<WORD>(request.type() + 1))));
   }
   if (request.type() == SMGRPROT_USER_DISCONNECT_IND) {
@@ -399,6 +412,42 @@ void TestPeer::sendTo(pid_t client, const Bytes& message) {
 namespace {
 const pid_t g_TestProcessPid = getpid();
 }  // namespace
+
+namespace {
+std::string ReadWholeFile(const std::string& path) {
+  std::ifstream in(path);
+  std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  while (!text.empty() && text.back() == '\n') text.pop_back();
+  return text;
+}
+
+// Where a hung child is stuck, on standard error for the test log: its kernel
+// wait channel and system call, and a backtrace when gdb is at hand.
+void DescribeHungProcess(pid_t pid) {
+  const std::string proc = "/proc/" + std::to_string(pid);
+  fprintf(stderr, "child %d hung; wchan: %s; syscall: %s\n", static_cast<int>(pid),
+          ReadWholeFile(proc + "/wchan").c_str(), ReadWholeFile(proc + "/syscall").c_str());
+  const std::string gdb = "timeout 20 gdb -p " + std::to_string(pid) +
+                          " -batch -ex 'thread apply all bt' 2>/dev/null | grep -E '^(#|Thread)' >&2";
+  if (system("command -v gdb >/dev/null 2>&1") == 0) (void)!system(gdb.c_str());
+}
+}  // namespace
+
+int WaitForChild(pid_t child, std::chrono::milliseconds limit) {
+  const auto deadline = std::chrono::steady_clock::now() + limit;
+  int nStatus = 0;
+  for (;;) {
+    pid_t ended = waitpid(child, &nStatus, WNOHANG);
+    if (ended == child) return nStatus;
+    if (ended < 0) return kChildHung;
+    if (std::chrono::steady_clock::now() >= deadline) break;
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  DescribeHungProcess(child);
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
+  return kChildHung;
+}
 
 bool IsForkedTestChild() { return getpid() != g_TestProcessPid; }
 

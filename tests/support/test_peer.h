@@ -14,6 +14,7 @@
 #include <mqueue.h>
 #include <sys/types.h>
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
@@ -163,6 +164,12 @@ class TestPeer {
   pid_t daemonPid() const;
   void killDaemon();
 
+  // fork() once the serving thread is parked (blocked in mq_receive or
+  // sleeping out a reply delay). A child forked
+  // while that thread is inside the allocator could inherit its lock held
+  // (the sanitizer allocators do not guard fork) and hang at its first malloc.
+  pid_t forkClient();
+
   // Script. One-shot handlers run before the persistent one of their type.
   void onRequest(WORD wType, Handler handler);
   void onNextRequest(WORD wType, Handler handler);
@@ -204,6 +211,7 @@ class TestPeer {
   std::thread thread_;
   pid_t child_ = 0;
   bool running_ = false;
+  std::atomic<bool> parked_{false};  // serving thread blocked, not allocating
 
   mutable std::mutex mutex_;
   mutable std::condition_variable requestArrived_;
@@ -216,6 +224,12 @@ class TestPeer {
 
 // True in a child forked by a test (not in the test program itself).
 bool IsForkedTestChild();
+
+// Waits for a forked child to end and returns its waitpid status. A child
+// still running after the limit is killed and reported as kChildHung, so a
+// hang fails one test quickly instead of running into the ctest time-out.
+constexpr int kChildHung = -1;
+int WaitForChild(pid_t child, std::chrono::milliseconds limit = std::chrono::milliseconds(20000));
 
 // True when a message queue of that name exists.
 bool MessageQueueExists(const std::string& name);
