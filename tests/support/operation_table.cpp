@@ -345,6 +345,37 @@ const Expectation invalidNoSend{FALSE, LE::Equals, SMGR_ERROR_INVALID_PARAMETERS
 const Expectation keptNoSend{FALSE, LE::Unchanged, 0, false};
 const Expectation acceptedAndSent{TRUE, LE::Equals, SMGR_ERROR_SUCCESS, true};
 
+using PageFn = BOOL (*)(void*, size_t, UINT, UINT*, UINT*, size_t*);
+
+// A paged enumeration: the buffer size decides how many records are asked
+// for, and what does not fit is never written.
+template <typename Element, PageFn Fn>
+OperationRow PagedRow(const char* szName, WORD wRequest, Bytes (*answer)(const Bytes&)) {
+  return {
+      szName,
+      wRequest,
+      SuccessCodes::ZeroOnly,
+      answer,
+      nullptr,
+      [](CallContext& ctx) { return InvokePage<Element>(ctx, Fn); },
+      nullptr,
+      {{"NULL buffer, size 0: the total alone",
+        [](CallContext& ctx) {
+          UINT* pnTotal = ctx.buffer(sizeof(UINT), 0xFF).as<UINT>();
+          return static_cast<BOOL>(Fn(nullptr, 0, 0, pnTotal, nullptr, nullptr) && *pnTotal != 0xFFFFFFFFu);
+        },
+        acceptedAndSent},
+       {"buffer one byte short of a record",
+        [](CallContext& ctx) {
+          const size_t n = sizeof(Element) - 1;
+          return Fn(ctx.buffer(n).data(), n, 0, nullptr, nullptr, nullptr);
+        },
+        acceptedAndSent},
+       {"huge size with a NULL buffer and offset UINT_MAX",
+        [](CallContext&) { return Fn(nullptr, SIZE_MAX, 0xFFFFFFFFu, nullptr, nullptr, nullptr); },
+        acceptedAndSent}}};
+}
+
 // The bad selectors every selector operation is swept with. The call is a type
 // (Call::With) so that captureless lambdas, which rows store as plain function
 // pointers, can reach the operation.
@@ -763,50 +794,10 @@ std::vector<OperationRow> BuildTable() {
        },
        nullptr,
        {{"NULL info", [](CallContext&) { return SessMgr_GetDebugInfo(nullptr); }, invalidNoSend}}});
-  rows.push_back(
-      {"SessMgr_EnumerateThreads",
-       SMGRPROT_THREAD_ENUMERATE_REQ,
-       SuccessCodes::ZeroOnly,
-       ThreadsAnswer,
-       nullptr,
-       [](CallContext& ctx) { return InvokePage<SMGR_THREAD_INFO>(ctx, SessMgr_EnumerateThreads); },
-       nullptr,
-       {{"NULL buffer, size 0, NULL outputs: the total alone",
-         [](CallContext&) { return SessMgr_EnumerateThreads(nullptr, 0, 0, nullptr, nullptr, nullptr); },
-         acceptedAndSent},
-        {"buffer one byte short of a record",
-         [](CallContext& ctx) {
-           const size_t n = sizeof(SMGR_THREAD_INFO) - 1;
-           return SessMgr_EnumerateThreads(ctx.buffer(n).data(), n, 0, nullptr, nullptr, nullptr);
-         },
-         acceptedAndSent},
-        {"huge size with a NULL buffer and offset UINT_MAX",
-         [](CallContext&) {
-           return SessMgr_EnumerateThreads(nullptr, SIZE_MAX, 0xFFFFFFFFu, nullptr, nullptr, nullptr);
-         },
-         acceptedAndSent}}});
-  rows.push_back(
-      {"SessMgr_EnumerateMutexes",
-       SMGRPROT_MUTEX_ENUMERATE_REQ,
-       SuccessCodes::ZeroOnly,
-       MutexesAnswer,
-       nullptr,
-       [](CallContext& ctx) { return InvokePage<SMGR_MUTEX_INFO>(ctx, SessMgr_EnumerateMutexes); },
-       nullptr,
-       {{"NULL buffer, size 0, NULL outputs: the total alone",
-         [](CallContext&) { return SessMgr_EnumerateMutexes(nullptr, 0, 0, nullptr, nullptr, nullptr); },
-         acceptedAndSent},
-        {"buffer one byte short of a record",
-         [](CallContext& ctx) {
-           const size_t n = sizeof(SMGR_MUTEX_INFO) - 1;
-           return SessMgr_EnumerateMutexes(ctx.buffer(n).data(), n, 0, nullptr, nullptr, nullptr);
-         },
-         acceptedAndSent},
-        {"huge size with a NULL buffer",
-         [](CallContext&) {
-           return SessMgr_EnumerateMutexes(nullptr, SIZE_MAX, 0, nullptr, nullptr, nullptr);
-         },
-         acceptedAndSent}}});
+  rows.push_back(PagedRow<SMGR_THREAD_INFO, SessMgr_EnumerateThreads>(
+      "SessMgr_EnumerateThreads", SMGRPROT_THREAD_ENUMERATE_REQ, ThreadsAnswer));
+  rows.push_back(PagedRow<SMGR_MUTEX_INFO, SessMgr_EnumerateMutexes>(
+      "SessMgr_EnumerateMutexes", SMGRPROT_MUTEX_ENUMERATE_REQ, MutexesAnswer));
   rows.push_back(
       {"SessMgr_DebugRequest",
        SMGRPROT_DEBUG_REQ,
@@ -1075,32 +1066,8 @@ std::vector<OperationRow> BuildTable() {
       "SessMgr_GetStreamInfo", SMGRPROT_STREAM_GETINFO_REQ, StreamInfoAnswer));
   rows.push_back(RecordRow<SMGR_STREAM_STATS, SessMgr_GetStreamStats>(
       "SessMgr_GetStreamStats", SMGRPROT_STREAM_GETSTATS_REQ, StreamStatsAnswer));
-  rows.push_back(
-      {"SessMgr_EnumerateStreams",
-       SMGRPROT_STREAM_ENUMERATE_REQ,
-       SuccessCodes::ZeroOnly,
-       StreamsAnswer,
-       nullptr,
-       [](CallContext& ctx) { return InvokePage<SMGR_STREAM_INFO>(ctx, SessMgr_EnumerateStreams); },
-       nullptr,
-       {{"NULL buffer, size 0: the total alone",
-         [](CallContext& ctx) {
-           UINT* pnTotal = ctx.buffer(sizeof(UINT)).as<UINT>();
-           return static_cast<BOOL>(SessMgr_EnumerateStreams(nullptr, 0, 0, pnTotal, nullptr, nullptr) &&
-                                    *pnTotal == 1);
-         },
-         acceptedAndSent},
-        {"buffer of 4367 bytes",
-         [](CallContext& ctx) {
-           const size_t n = sizeof(SMGR_STREAM_INFO) - 1;
-           return SessMgr_EnumerateStreams(ctx.buffer(n).data(), n, 0, nullptr, nullptr, nullptr);
-         },
-         acceptedAndSent},
-        {"huge size with a NULL buffer",
-         [](CallContext&) {
-           return SessMgr_EnumerateStreams(nullptr, SIZE_MAX, 0xFFFFFFFFu, nullptr, nullptr, nullptr);
-         },
-         acceptedAndSent}}});
+  rows.push_back(PagedRow<SMGR_STREAM_INFO, SessMgr_EnumerateStreams>(
+      "SessMgr_EnumerateStreams", SMGRPROT_STREAM_ENUMERATE_REQ, StreamsAnswer));
   rows.push_back(
       {"SessMgr_DeleteStillImage",
        SMGRPROT_STILL_DELETE_REQ,
