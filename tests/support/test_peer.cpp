@@ -411,9 +411,7 @@ void TestPeer::sendTo(pid_t client, const Bytes& message) {
 
 namespace {
 const pid_t g_TestProcessPid = getpid();
-}  // namespace
 
-namespace {
 std::string ReadWholeFile(const std::string& path) {
   std::ifstream in(path);
   std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
@@ -439,7 +437,7 @@ int WaitForChild(pid_t child, std::chrono::milliseconds limit) {
   for (;;) {
     pid_t ended = waitpid(child, &nStatus, WNOHANG);
     if (ended == child) return nStatus;
-    if (ended < 0) return kChildHung;
+    if (ended < 0 && errno != EINTR) return kChildHung;  // not ours to reap: no status to give
     if (std::chrono::steady_clock::now() >= deadline) break;
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
