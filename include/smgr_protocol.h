@@ -5,7 +5,8 @@
 #define SESSMGR_SMGR_PROTOCOL_H
 
 #include "sessmgr/smgrprot_core.h"
-#include "sessmgr/smgrprot_diagnostics.h"
-#include "sessmgr/smgrprot_streams.h"
+
+/* Every family wire header of sessmgr/ (smgrprot_<family>.h), listed at build time. */
+#include "smgrprot_families.h"
 
 #endif /* SESSMGR_SMGR_PROTOCOL_H */

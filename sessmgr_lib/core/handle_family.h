@@ -140,6 +140,13 @@ class HandleFamily {
     return nReleased;
   }
 
+  // Live handles of the family (the tests' leak check).
+  static size_t Count() {
+    size_t nCount = 0;
+    for (FNODE_D* pNode = List().pHead; pNode != nullptr; pNode = pNode->pNext) ++nCount;
+    return nCount;
+  }
+
   static FLIST_D& List() {
     static FLIST_D list = FLIST_STATIC_INITIALIZER;
     return list;

@@ -34,13 +34,17 @@ extern int g_enPersonality;               // system personality
 
 namespace smgr {
 
-// Frees one family's handle table at the last shutdown. Families register
-// theirs from a static initialiser (SMGR_REGISTER_HANDLE_CLEANUP); the
-// functions run under g_APIMutex, in registration order.
+// One handle family's table as the lifecycle sees it: the cleanup that frees it
+// at the last shutdown and the count of its live handles. Families register
+// theirs from a static initialiser (SMGR_REGISTER_HANDLE_FAMILY); cleanups run
+// under g_APIMutex, in registration order.
 using HandleCleanupFn = void (*)();
-void RegisterHandleCleanup(HandleCleanupFn fn);
+using HandleCountFn = size_t (*)();
+void RegisterHandleFamily(HandleCleanupFn cleanup, HandleCountFn count);
 // Runs every registered cleanup (the shutdown path; exposed for tests).
 void RunHandleCleanups();
+// Handles of every family alive in this process (the tests' leak check).
+size_t LiveHandleCount();
 
 // getpid() without a system call on the request path: cached, and refreshed
 // in the child by a fork handler (processes that bypass fork(), e.g. raw
@@ -53,8 +57,9 @@ BOOL WaitForResponse(WORD wRespType, WORD wSequence, size_t* pnReportedSize, siz
 
 }  // namespace smgr
 
-// Registers fn as a handle-table cleanup when the library is loaded.
-#define SMGR_REGISTER_HANDLE_CLEANUP(fn)                                                                 \
-  namespace {                                                                                            \
-  [[maybe_unused]] const bool s_bHandleCleanupRegistered_##fn = (smgr::RegisterHandleCleanup(fn), true); \
+// Registers a HandleFamily instance and its exported cleanup when the library is loaded.
+#define SMGR_REGISTER_HANDLE_FAMILY(Family, cleanup)                \
+  namespace {                                                       \
+  [[maybe_unused]] const bool s_bHandleFamilyRegistered_##cleanup = \
+      (smgr::RegisterHandleFamily(cleanup, &Family::Count), true);  \
   }

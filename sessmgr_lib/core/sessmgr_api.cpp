@@ -74,9 +74,13 @@ char _g_szDaemonQueueName[NAME_MAX + 1] = "";
 char _g_szStartedMarker[PATH_MAX] = "";
 
 // Handle-table cleanups of the families (fixed table, filled at load time).
-constexpr int kMaxHandleCleanups = 32;
-smgr::HandleCleanupFn _g_aHandleCleanups[kMaxHandleCleanups];
-std::atomic<int> _g_nHandleCleanups{0};
+struct HandleFamilyEntry {
+  smgr::HandleCleanupFn cleanup;
+  smgr::HandleCountFn count;
+};
+constexpr int kMaxHandleFamilies = 32;
+HandleFamilyEntry _g_aHandleFamilies[kMaxHandleFamilies];
+std::atomic<int> _g_nHandleFamilies{0};
 
 // Version record, found in the file by tools; the library never reads it.
 #pragma pack(push, 1)
@@ -594,19 +598,26 @@ pid_t CurrentPid() {
   return pid;
 }
 
-void RegisterHandleCleanup(HandleCleanupFn fn) {
-  int nIndex = _g_nHandleCleanups.fetch_add(1);
-  SMGR_ASSERT(nIndex < kMaxHandleCleanups);
-  if (nIndex < kMaxHandleCleanups) {
-    _g_aHandleCleanups[nIndex] = fn;
+void RegisterHandleFamily(HandleCleanupFn cleanup, HandleCountFn count) {
+  int nIndex = _g_nHandleFamilies.fetch_add(1);
+  SMGR_ASSERT(nIndex < kMaxHandleFamilies);
+  if (nIndex < kMaxHandleFamilies) {
+    _g_aHandleFamilies[nIndex] = {cleanup, count};
   } else {
-    _g_nHandleCleanups = kMaxHandleCleanups;
+    _g_nHandleFamilies = kMaxHandleFamilies;
   }
 }
 
 void RunHandleCleanups() {
-  int nCount = std::min(_g_nHandleCleanups.load(), kMaxHandleCleanups);
-  for (int i = 0; i < nCount; ++i) _g_aHandleCleanups[i]();
+  int nCount = std::min(_g_nHandleFamilies.load(), kMaxHandleFamilies);
+  for (int i = 0; i < nCount; ++i) _g_aHandleFamilies[i].cleanup();
+}
+
+size_t LiveHandleCount() {
+  size_t nLive = 0;
+  int nCount = std::min(_g_nHandleFamilies.load(), kMaxHandleFamilies);
+  for (int i = 0; i < nCount; ++i) nLive += _g_aHandleFamilies[i].count();
+  return nLive;
 }
 
 BOOL WaitForResponse(WORD wRespType, WORD wSequence, size_t* pnReportedSize, size_t* pnReceived) {

@@ -298,7 +298,7 @@ bool CopyNegotiatedRecord(const ResponseView& response, size_t nOffset, void* pv
 
 }  // namespace
 
-SMGR_REGISTER_HANDLE_CLEANUP(CleanupSessMgrStreams)
+SMGR_REGISTER_HANDLE_FAMILY(smgr::StreamHandles, CleanupSessMgrStreams)
 
 extern "C" {
 

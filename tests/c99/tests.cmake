@@ -4,12 +4,12 @@
 set(SESSMGR_C99_DIR ${CMAKE_CURRENT_LIST_DIR})
 
 add_library(sessmgr_headers_c99 OBJECT ${SESSMGR_C99_DIR}/headers_c99.c)
-target_include_directories(sessmgr_headers_c99 PRIVATE ${PROJECT_SOURCE_DIR}/include)
+target_link_libraries(sessmgr_headers_c99 PRIVATE sessmgr_public_headers)
 set_target_properties(sessmgr_headers_c99 PROPERTIES C_STANDARD 99 C_STANDARD_REQUIRED ON C_EXTENSIONS OFF)
 target_compile_options(sessmgr_headers_c99 PRIVATE -pedantic -Werror -Wall -Wextra)
 
 add_library(sessmgr_headers_cxx OBJECT ${SESSMGR_C99_DIR}/headers_cxx.cpp)
-target_include_directories(sessmgr_headers_cxx PRIVATE ${PROJECT_SOURCE_DIR}/include)
+target_link_libraries(sessmgr_headers_cxx PRIVATE sessmgr_public_headers)
 target_compile_options(sessmgr_headers_cxx PRIVATE -pedantic -Werror -Wall -Wextra)
 
 add_executable(sessmgr_c_client ${SESSMGR_C99_DIR}/c_client.c)

@@ -135,7 +135,7 @@ TEST_F(BadInputSweep, EveryRequestOperationFailsWith14AndSendsNothingWhenNotInit
   EXPECT_FALSE(SessMgr_Shutdown());
   EXPECT_EQ(SessMgr_GetLastError(), SMGR_ERROR_LIB_NOT_INITIALIZED);
   SMGR_OBJECT_SELECTOR selector{};
-  HSTREAM hStream = wipedStreamHandle();
+  HSTREAM hStream = static_cast<HSTREAM>(wipedHandle());
   int nID = 0;
   EXPECT_FALSE(SessMgr_GetStreamID(hStream, &nID));
   EXPECT_EQ(SessMgr_GetLastError(), SMGR_ERROR_LIB_NOT_INITIALIZED);

@@ -1,8 +1,6 @@
 // The per-thread last error: what the set operations store, how
 // SessMgr_GetLastErrorString composes code, errno and daemon text, strict
 // per-thread isolation, and that a finished thread leaves no record behind.
-#include "last_error.h"
-
 #include <errno.h>
 #include <string.h>
 
@@ -13,6 +11,7 @@
 #include <vector>
 
 #include "gtest/gtest.h"
+#include "last_error.h"
 #include "sessmgr/sm_results.h"
 #include "util_dbg.h"
 

@@ -1,13 +1,12 @@
 // Selector translation into the wire form: the daemon always sees an ID or a
 // name, names are cut to 63 characters, and refused selectors leave the last
 // error alone.
-#include "object_selectors.h"
-
 #include <gtest/gtest.h>
 
 #include <string>
 
 #include "library_channel.h"
+#include "object_selectors.h"
 #include "trace_capture.h"
 
 namespace {

@@ -4,34 +4,14 @@
 #include <cstring>
 #include <iostream>
 
-#include "smgrctl_commands.h"
-#include "smgrctl_output.h"
+#include "commands.h"
+#include "output.h"
+#include "paging.h"
 
 namespace smgrctl {
 namespace {
 
 using nlohmann::json;
-
-// Pages through a diagnostics enumeration and returns its records.
-template <typename Record, typename Enumerate>
-bool CollectRecords(Enumerate enumerate, std::vector<Record>* records) {
-  std::vector<uint8_t> buffer(32 * sizeof(Record));
-  UINT offset = 0;
-  for (int guard = 0; guard < 10000; ++guard) {
-    UINT total = 0, returned = 0;
-    size_t elementSize = 0;
-    if (!enumerate(buffer.data(), buffer.size(), offset, &total, &returned, &elementSize)) return false;
-    if (returned == 0 || elementSize == 0 || returned * elementSize > buffer.size()) break;
-    for (UINT i = 0; i < returned; ++i) {
-      Record record{};
-      memcpy(&record, buffer.data() + i * elementSize, std::min(elementSize, sizeof record));
-      records->push_back(record);
-    }
-    offset += returned;
-    if (offset >= total) break;
-  }
-  return true;
-}
 
 std::string Bounded(const char* text, size_t size) { return std::string(text, strnlen(text, size)); }
 
@@ -72,7 +52,7 @@ int RunInfo() {
 int RunThreads() {
   if (!Connect()) return 1;
   std::vector<SMGR_THREAD_INFO> threads;
-  if (!CollectRecords<SMGR_THREAD_INFO>(SessMgr_EnumerateThreads, &threads)) return Fail("debug threads");
+  if (!CollectPages<SMGR_THREAD_INFO>(SessMgr_EnumerateThreads, &threads)) return Fail("debug threads");
   json array = json::array();
   Table table({"TID", "NAME", "SCHED", "PRIO", "STATE", "ITERATIONS", "DELTA", "FUNCTION", "FILE"});
   for (const char* column : {"TID", "PRIO", "ITERATIONS", "DELTA"}) table.alignRight(column);
@@ -109,7 +89,7 @@ int RunThreads() {
 int RunMutexes() {
   if (!Connect()) return 1;
   std::vector<SMGR_MUTEX_INFO> mutexes;
-  if (!CollectRecords<SMGR_MUTEX_INFO>(SessMgr_EnumerateMutexes, &mutexes)) return Fail("debug mutexes");
+  if (!CollectPages<SMGR_MUTEX_INFO>(SessMgr_EnumerateMutexes, &mutexes)) return Fail("debug mutexes");
   json array = json::array();
   Table table({"CREATED AT", "LOCKED", "ACQUIRED", "RELEASED", "DELTA", "OWNER", "LAST TAKEN IN"});
   for (const char* column : {"LOCKED", "ACQUIRED", "RELEASED", "DELTA"}) table.alignRight(column);
@@ -171,10 +151,9 @@ int RunError(const std::string& text) {
   return 0;
 }
 
-}  // namespace
-
-void AddDebugCommands(CLI::App& app, int& status) {
-  CLI::App* debug = app.add_subcommand("debug", "The daemon's own diagnostics");
+void AddDebugCommands(Command& command) {
+  int& status = command.status();
+  CLI::App* debug = command.app().add_subcommand("debug", "The daemon's own diagnostics");
   debug->require_subcommand(1);
   debug->add_subcommand("info", "Daemon PID, watchdog and debug state")->callback([&status] {
     status = RunInfo();
@@ -187,11 +166,17 @@ void AddDebugCommands(CLI::App& app, int& status) {
   });
 }
 
-void AddErrorCommand(CLI::App& app, int& status) {
-  static std::string code;
-  auto* error = app.add_subcommand("error", "Text of a result code (no daemon needed)");
+void AddErrorCommand(Command& command) {
+  int& status = command.status();
+  std::string& code = command.keep<std::string>();
+  auto* error = command.app().add_subcommand("error", "Text of a result code (no daemon needed)");
   error->add_option("code", code, "Result code, decimal or 0x hexadecimal")->required();
-  error->callback([&status] { status = RunError(code); });
+  error->callback([&status, &code] { status = RunError(code); });
 }
+
+const CommandGroup kDebugCommands{"debug", AddDebugCommands};
+const CommandGroup kErrorCommand{"error", AddErrorCommand};
+
+}  // namespace
 
 }  // namespace smgrctl

@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <iostream>
 
-#include "smgrctl_commands.h"
-#include "smgrctl_output.h"
+#include "commands.h"
+#include "output.h"
 
 int main(int argc, char** argv) {
   CLI::App app{"smgrctl: control the appliance's session manager daemon (sessmgrd)"};
@@ -17,10 +17,8 @@ int main(int argc, char** argv) {
       "--queue", [](const std::string& queue) { setenv("SESSMGR_DAEMON_QUEUE", queue.c_str(), 1); },
       "Daemon request queue (sets SESSMGR_DAEMON_QUEUE)");
 
-  int status = 0;
-  smgrctl::AddStreamCommands(app, status);
-  smgrctl::AddDebugCommands(app, status);
-  smgrctl::AddErrorCommand(app, status);
+  smgrctl::Command command(app);
+  smgrctl::AddRegisteredCommands(command);
   for (CLI::App* sub : app.get_subcommands({})) {
     sub->fallthrough();
     for (CLI::App* leaf : sub->get_subcommands({})) leaf->fallthrough();
@@ -36,5 +34,5 @@ int main(int argc, char** argv) {
     return 1;
   }
   smgrctl::Disconnect();
-  return status;
+  return command.status();
 }

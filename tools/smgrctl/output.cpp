@@ -1,6 +1,6 @@
 // Output helpers of smgrctl: tables, JSON, failure lines and value names taken
 // from the library itself so that the CLI shows the system's own texts.
-#include "smgrctl_output.h"
+#include "output.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -79,29 +79,15 @@ std::string Table::render() const {
 void PrintJson(const nlohmann::json& value) { std::cout << value.dump(2) << "\n"; }
 
 // Every value name of the library through one buffer of the right size.
-static std::string ValueText(char* (*nameOf)(int, char*, size_t), int value) {
-  char text[32];
+std::string ValueText(char* (*nameOf)(int, char*, size_t), int value) {
+  char text[128];
   return nameOf(value, text, sizeof text);
-}
-
-std::string StateName(int state) { return ValueText(SessMgr_GetStreamStateString, state); }
-
-std::string EncapsulationName(int encapsulation) {
-  return ValueText(SessMgr_GetStreamEncapsulationString, encapsulation);
 }
 
 std::string AddressText(const SMGR_IP_ADDRESS& address) {
   char text[600];
   return SessMgr_GetIPAddressString(&address, text, sizeof text);
 }
-
-std::string StreamTypeName(int type) { return ValueText(SessMgr_GetStreamTypeString, type); }
-
-std::string SrtModeName(int mode) { return ValueText(SessMgr_GetStreamModeString, mode); }
-
-std::string SrtVersionText(int version) { return ValueText(SessMgr_GetSRTVersionString, version); }
-
-std::string FecTypeName(int type) { return ValueText(SessMgr_GetFECTypeString, type); }
 
 std::string DurationText(uint64_t seconds) {
   char text[32];

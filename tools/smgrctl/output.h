@@ -42,14 +42,9 @@ class Table {
 
 void PrintJson(const nlohmann::json& value);
 
-// Library value names into std::string.
-std::string StateName(int state);
-std::string EncapsulationName(int encapsulation);
+// A library value name (SessMgr_Get...String) into std::string.
+std::string ValueText(char* (*nameOf)(int, char*, size_t), int value);
 std::string AddressText(const SMGR_IP_ADDRESS& address);
-std::string StreamTypeName(int type);
-std::string SrtModeName(int mode);
-std::string SrtVersionText(int version);
-std::string FecTypeName(int type);
 std::string DurationText(uint64_t seconds);
 
 // A field of a packed record by value (a reference to it may be misaligned).

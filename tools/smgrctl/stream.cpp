@@ -13,8 +13,9 @@
 #include <iostream>
 #include <thread>
 
-#include "smgrctl_commands.h"
-#include "smgrctl_output.h"
+#include "commands.h"
+#include "output.h"
+#include "paging.h"
 
 namespace smgrctl {
 namespace {
@@ -35,25 +36,18 @@ void ReportWarning(const std::string& operation) {
 
 // Every stream, paging through the enumeration.
 bool ListStreams(std::vector<SMGR_STREAM_INFO>* streams) {
-  std::vector<uint8_t> buffer(8 * sizeof(SMGR_STREAM_INFO));
-  UINT offset = 0;
-  for (int guard = 0; guard < 10000; ++guard) {
-    UINT total = 0, returned = 0;
-    size_t elementSize = 0;
-    if (!SessMgr_EnumerateStreams(buffer.data(), buffer.size(), offset, &total, &returned, &elementSize)) {
-      return false;
-    }
-    if (returned == 0 || elementSize == 0 || returned * elementSize > buffer.size()) break;
-    for (UINT i = 0; i < returned; ++i) {
-      SMGR_STREAM_INFO info{};
-      memcpy(&info, buffer.data() + i * elementSize, std::min(elementSize, sizeof info));
-      streams->push_back(info);
-    }
-    offset += returned;
-    if (offset >= total) break;
-  }
-  return true;
+  return CollectPages<SMGR_STREAM_INFO>(SessMgr_EnumerateStreams, streams, 8);
 }
+
+// The library's value names of streams.
+std::string StateName(int state) { return ValueText(SessMgr_GetStreamStateString, state); }
+std::string EncapsulationName(int encapsulation) {
+  return ValueText(SessMgr_GetStreamEncapsulationString, encapsulation);
+}
+std::string StreamTypeName(int type) { return ValueText(SessMgr_GetStreamTypeString, type); }
+std::string SrtModeName(int mode) { return ValueText(SessMgr_GetStreamModeString, mode); }
+std::string SrtVersionText(int version) { return ValueText(SessMgr_GetSRTVersionString, version); }
+std::string FecTypeName(int type) { return ValueText(SessMgr_GetFECTypeString, type); }
 
 bool StreamStats(int id, SMGR_STREAM_STATS* stats) {
   SMGR_OBJECT_SELECTOR selector{};
@@ -507,10 +501,9 @@ int RunStillDelete(const std::string& name, bool all) {
   return 0;
 }
 
-}  // namespace
-
-void AddStreamCommands(CLI::App& app, int& status) {
-  CLI::App* stream = app.add_subcommand("stream", "Network output streams");
+void AddStreamCommands(Command& command) {
+  int& status = command.status();
+  CLI::App* stream = command.app().add_subcommand("stream", "Network output streams");
   stream->require_subcommand(1);
 
   stream->add_subcommand("list", "List every stream with its state")->callback([&status] {
@@ -518,11 +511,11 @@ void AddStreamCommands(CLI::App& app, int& status) {
   });
 
   auto* show = stream->add_subcommand("show", "Configuration, state and counters of one stream");
-  static std::string showTarget;
+  std::string& showTarget = command.keep<std::string>();
   show->add_option("stream", showTarget, "Stream ID or name")->required();
-  show->callback([&status] { status = RunShow(showTarget); });
+  show->callback([&status, &showTarget] { status = RunShow(showTarget); });
 
-  static CreateArgs create;
+  CreateArgs& create = command.keep<CreateArgs>();
   auto* cmd = stream->add_subcommand("create", "Create a stream");
   cmd->add_option("name", create.name, "Stream name (empty lets the daemon choose)")->required();
   cmd->add_option("--id", create.id, "Stream ID (default: the daemon chooses)");
@@ -547,7 +540,7 @@ void AddStreamCommands(CLI::App& app, int& status) {
   cmd->add_option("--publishing-id", create.publishingId, "SRT stream publishing ID (caller mode)");
   cmd->add_option("--still", create.still, "Still image file shown when there is no video");
   cmd->add_option("--user-data", create.userData, "Free text kept with the stream");
-  cmd->callback([&status] { status = RunCreate(create); });
+  cmd->callback([&status, &create] { status = RunCreate(create); });
 
   struct Control {
     const char* name;
@@ -562,33 +555,50 @@ void AddStreamCommands(CLI::App& app, int& status) {
       {"resume", "Resume a paused stream", SessMgr_ResumeStream, "resumed"},
       {"delete", "Delete a stopped stream", SessMgr_DeleteStream, "deleted"},
   };
-  static std::string controlTarget;
   for (const Control& control : kControls) {
+    std::string& controlTarget = command.keep<std::string>();
     auto* sub = stream->add_subcommand(control.name, control.help);
     sub->add_option("stream", controlTarget, "Stream ID or name")->required();
-    sub->callback(
-        [&status, &control] { status = RunControl(control.name, control.fn, controlTarget, control.done); });
+    sub->callback([&status, &control, &controlTarget] {
+      status = RunControl(control.name, control.fn, controlTarget, control.done);
+    });
   }
 
-  static std::vector<std::string> statsTargets;
-  static double watch = 0;
-  static int count = 0;
+  struct StatsArgs {
+    std::vector<std::string> targets;
+    double watch = 0;
+    int count = 0;
+  };
+  StatsArgs& statsArgs = command.keep<StatsArgs>();
   auto* stats = stream->add_subcommand("stats", "Counters of streams (all when none is named)");
-  stats->add_option("streams", statsTargets, "Stream IDs or names");
-  stats->add_option("-w,--watch", watch, "Repeat every SECONDS until interrupted")
+  stats->add_option("streams", statsArgs.targets, "Stream IDs or names");
+  stats->add_option("-w,--watch", statsArgs.watch, "Repeat every SECONDS until interrupted")
       ->check(CLI::Range(0.1, 3600.0));
-  stats->add_option("-n,--count", count, "With --watch: stop after this many tables")
+  stats->add_option("-n,--count", statsArgs.count, "With --watch: stop after this many tables")
       ->check(CLI::Range(1, 1000000));
-  stats->callback([&status] { status = RunStats(statsTargets, watch, count); });
-
-  CLI::App* still = app.add_subcommand("still", "Still images");
-  still->require_subcommand(1);
-  static std::string stillName;
-  static bool stillAll = false;
-  auto* del = still->add_subcommand("delete", "Delete one still image, or all that no stream uses");
-  auto* nameOption = del->add_option("name", stillName, "File name (\".mp4\" is added when missing)");
-  del->add_flag("--all", stillAll, "Delete every still image")->excludes(nameOption);
-  del->callback([&status] { status = RunStillDelete(stillName, stillAll); });
+  stats->callback(
+      [&status, &statsArgs] { status = RunStats(statsArgs.targets, statsArgs.watch, statsArgs.count); });
 }
+
+struct StillArgs {
+  std::string name;
+  bool all = false;
+};
+
+void AddStillCommands(Command& command) {
+  int& status = command.status();
+  CLI::App* still = command.app().add_subcommand("still", "Still images");
+  still->require_subcommand(1);
+  StillArgs& args = command.keep<StillArgs>();
+  auto* del = still->add_subcommand("delete", "Delete one still image, or all that no stream uses");
+  auto* nameOption = del->add_option("name", args.name, "File name (\".mp4\" is added when missing)");
+  del->add_flag("--all", args.all, "Delete every still image")->excludes(nameOption);
+  del->callback([&status, &args] { status = RunStillDelete(args.name, args.all); });
+}
+
+const CommandGroup kStreamCommands{"stream", AddStreamCommands};
+const CommandGroup kStillCommands{"still", AddStillCommands};
+
+}  // namespace
 
 }  // namespace smgrctl

@@ -1,9 +1,11 @@
 // The table of every exported operation, shared by the fuzz targets (which
 // play the daemon through the transport seam) and the bad-input sweep (which
-// runs against the test peer). A new family adds its rows here and nowhere
-// else: its request types, a valid invocation with guarded caller memory, a
-// valid daemon response per request, and its documented bad-input outcomes.
-// Free of GoogleTest so that the fuzz targets can link it.
+// runs against the test peer). Each family has one rows file beside this one
+// (<family>_rows.cpp) that registers its rows with a static RowRegistration:
+// its request types, a valid invocation with guarded caller memory, a valid
+// daemon response per request, and its documented bad-input outcomes.
+// row_kit.h has the shared building blocks. Free of GoogleTest so that the
+// fuzz targets can link it.
 #pragma once
 
 #include <cstddef>
@@ -12,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "lib_state.h"
 #include "sessmgr_api.h"
 #include "smgr_protocol.h"
 
@@ -60,19 +63,29 @@ struct CallContext {
   ParamReader params;
   // Caller memory the call may write; checked after the call.
   std::vector<std::unique_ptr<GuardedBuffer>> buffers;
-  HSTREAM hStream = nullptr;   // a live handle, when the row's prepare step opened one
-  HSTREAM hCreated = nullptr;  // what a successful Create/Open returned
+  HSMGR hOpen = nullptr;     // a live handle, when the row's prepare step opened one
+  HSMGR hCreated = nullptr;  // what a successful Create/Open returned
 
   GuardedBuffer& buffer(size_t nSize, uint8_t bFill = 0);
   bool guardsIntact() const;
 };
 
 // Handles for the bad-input variants: records in static memory, so no freed
-// memory is ever touched. wipedStreamHandle() looks like a stream handle after
+// memory is ever touched. wipedHandle() looks like any family's handle after
 // its last close (the library wipes the signature before freeing the record);
-// foreignHandle() carries the session family's signature.
-HSTREAM wipedStreamHandle();
-HSTREAM foreignHandle();
+// foreignHandle() carries the given signature (another family's).
+HSMGR wipedHandle();
+HSMGR foreignHandle(DWORD dwSignature);
+
+// How the generic selector and record rows of a handle family open and close
+// the handle they use: open stores a live handle in ctx.hOpen (canned
+// exchanges), close releases ctx.hOpen and ctx.hCreated. dwForeignSignature is
+// another family's handle signature, for the "handle of another family" input.
+struct HandleKit {
+  void (*open)(CallContext& ctx);
+  void (*close)(CallContext& ctx);
+  DWORD dwForeignSignature;
+};
 
 enum class SuccessCodes {
   ZeroOnly,       // TRUE leaves last error 0
@@ -113,12 +126,17 @@ struct OperationRow {
   std::vector<BadInput> badInputs;
 };
 
+// Static registration of one family's rows; the table lists families in name order.
+struct RowRegistration {
+  RowRegistration(const char* szFamily, std::vector<OperationRow> (*build)());
+};
+
 const std::vector<OperationRow>& OperationTable();
 const OperationRow* FindRowByRequest(WORD wRequestType);
 const OperationRow* FindRowByName(const std::string& name);
 
 // Handles of every handle family alive in this process (leak check).
-size_t LiveHandleCount();
+using smgr::LiveHandleCount;
 
 // A message with a header: type, sequence, wMsgSize = nSize, source PID.
 Bytes MakeMessage(WORD wType, WORD wSequence, size_t nSize);
