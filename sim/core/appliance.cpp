@@ -2,7 +2,11 @@
 // the profile.
 #include "appliance.h"
 
+#include <fstream>
 #include <system_error>
+
+#include "persistence.h"
+#include "sim_log.h"
 
 namespace sim {
 namespace {
@@ -48,6 +52,31 @@ Appliance::Appliance(ApplianceProfile profile, std::shared_ptr<Clock> clock, std
       sources_(profile_) {
   std::error_code ignored;
   std::filesystem::create_directories(stillImageDir(), ignored);
+}
+
+void Appliance::persist() {
+  ++changeCount_;
+  if (!persistenceEnabled_ || restoring_) return;
+  std::string error;
+  if (!WriteJsonAtomically(stateFile().string(), SnapshotAppliance(*this), &error))
+    SIM_LOG_ERROR("cannot persist the appliance state: %s", error.c_str());
+}
+
+bool Appliance::restore(std::string* error) {
+  std::ifstream in(stateFile());
+  if (!in) {
+    if (error) *error = stateFile().string() + ": no saved state";
+    return false;
+  }
+  nlohmann::json snapshot = nlohmann::json::parse(in, nullptr, false);
+  if (snapshot.is_discarded() || !snapshot.is_object()) {
+    if (error) *error = stateFile().string() + ": not a JSON object";
+    return false;
+  }
+  restoring_ = true;  // loads must not write the file they are reading
+  RestoreAppliance(*this, snapshot);
+  restoring_ = false;
+  return true;
 }
 
 }  // namespace sim

@@ -91,12 +91,27 @@ class Appliance {
   // Debug state set through the diagnostics family.
   int debugState = 0;
 
+  // Persistence (persistence.h). With persistence enabled, persist() writes every
+  // family's section to <state-dir>/appliance.json atomically; families call it
+  // after a change they answered as done. restore() loads that file (false when
+  // there is none: every family keeps its defaults).
+  void enablePersistence(bool enabled) { persistenceEnabled_ = enabled; }
+  bool persistenceEnabled() const { return persistenceEnabled_; }
+  std::filesystem::path stateFile() const { return stateDir_ / "appliance.json"; }
+  void persist();
+  bool restore(std::string* error);
+  // Bumped by every persist(): families and the configuration store see changes.
+  uint64_t changeCount() const { return changeCount_; }
+
  private:
   ApplianceProfile profile_;
   std::shared_ptr<Clock> clock_;
   std::filesystem::path stateDir_;
   ContentSourceCatalog sources_;
   std::map<std::type_index, std::shared_ptr<void>> families_;
+  bool persistenceEnabled_ = false;
+  bool restoring_ = false;
+  uint64_t changeCount_ = 0;
 };
 
 }  // namespace sim
