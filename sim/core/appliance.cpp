@@ -63,20 +63,22 @@ void Appliance::persist() {
 }
 
 bool Appliance::restore(std::string* error) {
-  std::ifstream in(stateFile());
-  if (!in) {
-    if (error) *error = stateFile().string() + ": no saved state";
-    return false;
-  }
-  nlohmann::json snapshot = nlohmann::json::parse(in, nullptr, false);
-  if (snapshot.is_discarded() || !snapshot.is_object()) {
-    if (error) *error = stateFile().string() + ": not a JSON object";
-    return false;
+  nlohmann::json snapshot = nlohmann::json::object();
+  bool loaded = false;
+  if (std::ifstream in(stateFile()); in) {
+    snapshot = nlohmann::json::parse(in, nullptr, false);
+    loaded = !snapshot.is_discarded() && snapshot.is_object();
+    if (!loaded) {
+      if (error) *error = stateFile().string() + ": not a JSON object";
+      snapshot = nlohmann::json::object();
+    }
+  } else if (error) {
+    *error = stateFile().string() + ": no saved state";
   }
   restoring_ = true;  // loads must not write the file they are reading
   RestoreAppliance(*this, snapshot);
   restoring_ = false;
-  return true;
+  return loaded;
 }
 
 }  // namespace sim

@@ -93,8 +93,9 @@ class Appliance {
 
   // Persistence (persistence.h). With persistence enabled, persist() writes every
   // family's section to <state-dir>/appliance.json atomically; families call it
-  // after a change they answered as done. restore() loads that file (false when
-  // there is none: every family keeps its defaults).
+  // after a change they answered as done. restore() runs once at start: every
+  // section's load runs, with its saved part or null (then the family sets up its
+  // defaults, e.g. installs its content-source lookup); false when no file was loaded.
   void enablePersistence(bool enabled) { persistenceEnabled_ = enabled; }
   bool persistenceEnabled() const { return persistenceEnabled_; }
   std::filesystem::path stateFile() const { return stateDir_ / "appliance.json"; }

@@ -22,8 +22,10 @@ class Appliance;
 
 struct PersistedSection {
   using SaveFn = std::function<nlohmann::json(Appliance&)>;
-  // Rebuilds the family from its section (an absent section is passed as null:
-  // the family keeps its defaults).
+  // Rebuilds the family from its section. Runs once when the simulator starts,
+  // with null when nothing was saved (the family sets up its defaults then, and
+  // installs whatever it hooks into, e.g. a content-source lookup); runs again
+  // when a saved configuration is loaded.
   using LoadFn = std::function<void(Appliance&, const nlohmann::json&)>;
   // Load order: lower first (e.g. encoders before the streams that use them).
   PersistedSection(const char* name, int order, SaveFn save, LoadFn load);
