@@ -9,6 +9,7 @@
 #include <string>
 
 #include "dispatch.h"
+#include "objects.h"
 #include "sim_log.h"
 #include "sim_threads.h"
 
@@ -28,27 +29,13 @@ std::string ShortFunctionName(const std::string& pretty) {
 
 void Copy(char* field, size_t size, const std::string& text) { snprintf(field, size, "%s", text.c_str()); }
 
-// Fills a paged enumeration response: head at 16, records from offset 32.
+// Answers a paged enumeration with the records that fill() makes of the sources.
 template <typename Record, typename Source, typename Fill>
 void Page(Context& context, Reply& reply, int32_t wanted, int32_t offset, const std::vector<Source>& all,
           Fill fill) {
-  if (wanted < 0 || offset < 0) {
-    reply.result(SMGR_ERROR_INVALID_PARAMETERS);
-    return;
-  }
-  const size_t limit = context.messageLimit();
-  const size_t fit = limit > kRecordsOffset ? (limit - kRecordsOffset) / sizeof(Record) : 0;
-  const size_t available = static_cast<size_t>(offset) < all.size() ? all.size() - offset : 0;
-  const size_t count = std::min({static_cast<size_t>(wanted), available, fit});
-  reply.resize(kRecordsOffset + count * sizeof(Record));
-  const DWORD head[3] = {static_cast<DWORD>(all.size()), static_cast<DWORD>(count), sizeof(Record)};
-  memcpy(reply.data() + kResultOffset + sizeof(SMGR_RESULT), head, sizeof head);
-  reply.result(SMGR_ERROR_SUCCESS);
-  for (size_t i = 0; i < count; ++i) {
-    Record record{};
-    fill(all[offset + i], &record);
-    memcpy(reply.data() + kRecordsOffset + i * sizeof(Record), &record, sizeof record);
-  }
+  std::vector<Record> records(all.size());
+  for (size_t i = 0; i < all.size(); ++i) fill(all[i], &records[i]);
+  AnswerPage(context, reply, wanted, offset, records);
 }
 
 void OnSetDebugState(Context& context, const Request& request, Reply& reply) {

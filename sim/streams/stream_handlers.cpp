@@ -18,7 +18,7 @@ constexpr size_t kEnumerateHeadSize = offsetof(SMGRPROT_MSG_STREAM_ENUMERATE_RSP
 StreamModel& Streams(Context& context) { return context.appliance().family<StreamModel>(); }
 
 // Decodes the request's selector; on failure answers 2 and returns false.
-bool Select(const Request& request, Reply& reply, StreamSelector* selector) {
+bool Select(const Request& request, Reply& reply, ObjectSelector* selector) {
   auto message = request.as<SMGRPROT_MSG_STREAM_SELECT_REQ>();
   if (ParseWireSelector(message.Data.Select, selector)) return true;
   SIM_LOG_WARN("stream request %u with a bad selector (type %d)", request.header().wMsgType,
@@ -27,17 +27,17 @@ bool Select(const Request& request, Reply& reply, StreamSelector* selector) {
   return false;
 }
 
-void LogOutcome(const char* operation, const StreamOutcome& outcome) {
+void LogOutcome(const char* operation, const Outcome& outcome) {
   if (outcome.result == SMGR_ERROR_SUCCESS) return;
   SIM_LOG_INFO("%s refused with %u: %s", operation, outcome.result, outcome.description.c_str());
 }
 
 // Handler for the selector requests whose response carries the result alone.
-HandlerFn Control(const char* operation, StreamOutcome (StreamModel::*action)(const StreamSelector&)) {
+HandlerFn Control(const char* operation, Outcome (StreamModel::*action)(const ObjectSelector&)) {
   return [operation, action](Context& context, const Request& request, Reply& reply) {
-    StreamSelector selector;
+    ObjectSelector selector;
     if (!Select(request, reply, &selector)) return;
-    StreamOutcome outcome = (Streams(context).*action)(selector);
+    Outcome outcome = (Streams(context).*action)(selector);
     LogOutcome(operation, outcome);
     reply.result(outcome.result);
   };
@@ -45,8 +45,8 @@ HandlerFn Control(const char* operation, StreamOutcome (StreamModel::*action)(co
 
 void OnCreate(Context& context, const Request& request, Reply& reply) {
   auto message = request.as<SMGRPROT_MSG_STREAM_CREATE_REQ>();
-  StreamOutcome outcome = Streams(context).create(message.Data.StreamCfg, message.Data.ContentSources,
-                                                  SMGR_MAX_STREAM_CONTENT_SOURCES);
+  Outcome outcome = Streams(context).create(message.Data.StreamCfg, message.Data.ContentSources,
+                                            SMGR_MAX_STREAM_CONTENT_SOURCES);
   LogOutcome("create", outcome);
   auto* response = reply.as<SMGRPROT_MSG_STREAM_CREATE_RSP>();
   response->Data.Result = outcome.result;
@@ -58,9 +58,9 @@ void OnCreate(Context& context, const Request& request, Reply& reply) {
 }
 
 void OnOpen(Context& context, const Request& request, Reply& reply) {
-  StreamSelector selector;
+  ObjectSelector selector;
   if (!Select(request, reply, &selector)) return;
-  StreamOutcome outcome = Streams(context).open(selector);
+  Outcome outcome = Streams(context).open(selector);
   auto* response = reply.as<SMGRPROT_MSG_STREAM_OPEN_RSP>();
   response->Data.Result = outcome.result;
   if (outcome.result == SMGR_ERROR_SUCCESS) {
@@ -75,25 +75,25 @@ void OnClose(Context& context, const Request& request, Reply& reply) {
 }
 
 void OnStart(Context& context, const Request& request, Reply& reply) {
-  StreamSelector selector;
+  ObjectSelector selector;
   if (!Select(request, reply, &selector)) return;
-  StreamOutcome outcome = Streams(context).start(selector);
+  Outcome outcome = Streams(context).start(selector);
   LogOutcome("start", outcome);
   reply.result(outcome.result);
   if (outcome.result != SMGR_ERROR_SUCCESS) reply.describe("%s", outcome.description.c_str());
 }
 
 void OnDelete(Context& context, const Request& request, Reply& reply) {
-  StreamSelector selector;
+  ObjectSelector selector;
   if (!Select(request, reply, &selector)) return;
-  StreamOutcome outcome = Streams(context).remove(selector);
+  Outcome outcome = Streams(context).remove(selector);
   LogOutcome("delete", outcome);
   if (outcome.result == SMGR_ERROR_SUCCESS) SIM_LOG_INFO("stream %d deleted", outcome.id);
   reply.result(outcome.result);
 }
 
 void OnGetInfo(Context& context, const Request& request, Reply& reply) {
-  StreamSelector selector;
+  ObjectSelector selector;
   if (!Select(request, reply, &selector)) return;
   auto* response = reply.as<SMGRPROT_MSG_STREAM_GETINFO_RSP>();
   SMGR_STREAM_INFO info{};
@@ -102,7 +102,7 @@ void OnGetInfo(Context& context, const Request& request, Reply& reply) {
 }
 
 void OnGetStats(Context& context, const Request& request, Reply& reply) {
-  StreamSelector selector;
+  ObjectSelector selector;
   if (!Select(request, reply, &selector)) return;
   auto* response = reply.as<SMGRPROT_MSG_STREAM_GETSTATS_RSP>();
   SMGR_STREAM_STATS stats{};
@@ -112,31 +112,10 @@ void OnGetStats(Context& context, const Request& request, Reply& reply) {
 
 void OnEnumerate(Context& context, const Request& request, Reply& reply) {
   auto message = request.as<SMGRPROT_MSG_STREAM_ENUMERATE_REQ>();
-  const int32_t wanted = message.Data.nNumOfStreams;
-  const int32_t offset = message.Data.nStartOffset;
-  if (wanted < 0 || offset < 0) {
-    SIM_LOG_WARN("stream enumeration with count %d, offset %d", wanted, offset);
-    reply.result(SMGR_ERROR_INVALID_PARAMETERS);
-    return;
-  }
-  std::vector<SMGR_STREAM_INFO> all = Streams(context).list();
-  const size_t limit = context.messageLimit();
-  const size_t fit = limit > kEnumerateHeadSize ? (limit - kEnumerateHeadSize) / sizeof(SMGR_STREAM_INFO) : 0;
-  const size_t available = static_cast<size_t>(offset) < all.size() ? all.size() - offset : 0;
-  const size_t count = std::min({static_cast<size_t>(wanted), available, fit});
-
-  reply.resize(kEnumerateHeadSize + count * sizeof(SMGR_STREAM_INFO));
-  uint8_t* bytes = reply.data();
-  SMGRPROT_STREAM_ENUMERATE_RSP_DATA head{};
-  head.Result = SMGR_ERROR_SUCCESS;
-  head.nTotalNumOfStreams = static_cast<uint32_t>(all.size());
-  head.nNumOfStreams = static_cast<uint32_t>(count);
-  head.nStreamInfoSize = sizeof(SMGR_STREAM_INFO);
-  memcpy(bytes + kHeaderSize, &head, kEnumerateHeadSize - kHeaderSize);
-  for (size_t i = 0; i < count; ++i) {
-    memcpy(bytes + kEnumerateHeadSize + i * sizeof(SMGR_STREAM_INFO), &all[offset + i],
-           sizeof(SMGR_STREAM_INFO));
-  }
+  if (message.Data.nNumOfStreams < 0 || message.Data.nStartOffset < 0)
+    SIM_LOG_WARN("stream enumeration with count %d, offset %d", message.Data.nNumOfStreams,
+                 message.Data.nStartOffset);
+  AnswerPage(context, reply, message.Data.nNumOfStreams, message.Data.nStartOffset, Streams(context).list());
 }
 
 const FamilyRegistration kStreams{

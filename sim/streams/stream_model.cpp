@@ -42,8 +42,6 @@ bool IsKnownEncapsulation(int encapsulation) {
   }
 }
 
-bool Terminated(const char* text, size_t size) { return memchr(text, '\0', size) != nullptr; }
-
 bool AllZero(const BYTE* bytes, size_t size) {
   return std::all_of(bytes, bytes + size, [](BYTE b) { return b == 0; });
 }
@@ -75,28 +73,13 @@ SMGR_RESULT PidError(int kind) {
 
 }  // namespace
 
-bool ParseWireSelector(const SMGRPROT_OBJECT_SELECTOR& wire, StreamSelector* selector) {
-  if (wire.enType == SMGR_SELECTBY_OBJECT_ID) {
-    selector->byName = false;
-    selector->id = wire.Via.ID;
-    return true;
-  }
-  if (wire.enType == SMGR_SELECTBY_OBJECT_NAME) {
-    if (!Terminated(wire.Via.szName, sizeof wire.Via.szName)) return false;
-    selector->byName = true;
-    selector->name = wire.Via.szName;
-    return true;
-  }
-  return false;
-}
-
 std::string StreamModel::label(const Stream& stream) {
   char text[96];
   snprintf(text, sizeof text, "Stream %d (\"%s\")", stream.info.nIndex, stream.info.szName);
   return text;
 }
 
-StreamModel::Stream* StreamModel::find(const StreamSelector& selector) {
+StreamModel::Stream* StreamModel::find(const ObjectSelector& selector) {
   if (!selector.byName) {
     auto it = streams_.find(selector.id);
     return it == streams_.end() ? nullptr : &it->second;
@@ -457,11 +440,11 @@ SMGR_RESULT StreamModel::validate(const SMGR_STREAM_CFG& cfg, const SMGRPROT_OBJ
   return SMGR_ERROR_SUCCESS;
 }
 
-StreamOutcome StreamModel::create(const SMGR_STREAM_CFG& cfg, const SMGRPROT_OBJECT_SELECTOR* sources,
-                                  size_t sourceCount) {
+Outcome StreamModel::create(const SMGR_STREAM_CFG& cfg, const SMGRPROT_OBJECT_SELECTOR* sources,
+                            size_t sourceCount) {
   Stream stream;
   std::string why;
-  StreamOutcome outcome;
+  Outcome outcome;
   outcome.result = validate(cfg, sources, sourceCount, &stream, &why);
   if (outcome.result != SMGR_ERROR_SUCCESS) {
     outcome.description = "Stream not created: " + why;
@@ -585,8 +568,8 @@ void StreamModel::closeSegment(Stream& stream, int64_t now) {
   stream.segmentStartMs.reset();
 }
 
-StreamOutcome StreamModel::remove(const StreamSelector& selector) {
-  StreamOutcome outcome;
+Outcome StreamModel::remove(const ObjectSelector& selector) {
+  Outcome outcome;
   Stream* stream = find(selector);
   if (!stream) return {SMGR_ERROR_NO_MATCHING_STREAM_FOUND, "No such stream"};
   if (stream->run != Run::kStopped) {
@@ -599,7 +582,7 @@ StreamOutcome StreamModel::remove(const StreamSelector& selector) {
   return outcome;
 }
 
-StreamOutcome StreamModel::start(const StreamSelector& selector) {
+Outcome StreamModel::start(const ObjectSelector& selector) {
   Stream* stream = find(selector);
   if (!stream) return {SMGR_ERROR_NO_MATCHING_STREAM_FOUND, "No such stream"};
   if (stream->run != Run::kStopped) {
@@ -619,7 +602,7 @@ StreamOutcome StreamModel::start(const StreamSelector& selector) {
   return {SMGR_ERROR_SUCCESS, "", stream->info.nIndex};
 }
 
-StreamOutcome StreamModel::stop(const StreamSelector& selector) {
+Outcome StreamModel::stop(const ObjectSelector& selector) {
   Stream* stream = find(selector);
   if (!stream) return {SMGR_ERROR_NO_MATCHING_STREAM_FOUND, "No such stream"};
   if (stream->run == Run::kStopped)
@@ -629,7 +612,7 @@ StreamOutcome StreamModel::stop(const StreamSelector& selector) {
   return {};
 }
 
-StreamOutcome StreamModel::pause(const StreamSelector& selector) {
+Outcome StreamModel::pause(const ObjectSelector& selector) {
   Stream* stream = find(selector);
   if (!stream) return {SMGR_ERROR_NO_MATCHING_STREAM_FOUND, "No such stream"};
   if (stream->run == Run::kStopped)
@@ -641,7 +624,7 @@ StreamOutcome StreamModel::pause(const StreamSelector& selector) {
   return {};
 }
 
-StreamOutcome StreamModel::resume(const StreamSelector& selector) {
+Outcome StreamModel::resume(const ObjectSelector& selector) {
   Stream* stream = find(selector);
   if (!stream) return {SMGR_ERROR_NO_MATCHING_STREAM_FOUND, "No such stream"};
   if (stream->run == Run::kStopped)
@@ -658,7 +641,7 @@ StreamOutcome StreamModel::resume(const StreamSelector& selector) {
   return {};
 }
 
-StreamOutcome StreamModel::resetStats(const StreamSelector& selector) {
+Outcome StreamModel::resetStats(const ObjectSelector& selector) {
   Stream* stream = find(selector);
   if (!stream) return {SMGR_ERROR_NO_MATCHING_STREAM_FOUND, "No such stream"};
   const int64_t now = appliance_.nowMs();
@@ -667,18 +650,18 @@ StreamOutcome StreamModel::resetStats(const StreamSelector& selector) {
   return {};
 }
 
-StreamOutcome StreamModel::open(const StreamSelector& selector) {
+Outcome StreamModel::open(const ObjectSelector& selector) {
   Stream* stream = find(selector);
   if (!stream) return {SMGR_ERROR_NO_MATCHING_STREAM_FOUND, "No such stream"};
   return {SMGR_ERROR_SUCCESS, "", stream->info.nIndex, stream->info.szName};
 }
 
-StreamOutcome StreamModel::close(int id) {
+Outcome StreamModel::close(int id) {
   if (!streams_.count(id)) return {SMGR_ERROR_NO_MATCHING_STREAM_FOUND, "No such stream"};
   return {};
 }
 
-SMGR_RESULT StreamModel::info(const StreamSelector& selector, SMGR_STREAM_INFO* info) {
+SMGR_RESULT StreamModel::info(const ObjectSelector& selector, SMGR_STREAM_INFO* info) {
   Stream* stream = find(selector);
   if (!stream) return SMGR_ERROR_NO_MATCHING_STREAM_FOUND;
   *info = stream->info;
@@ -704,7 +687,7 @@ int StreamModel::stateOf(int id) {
   return it == streams_.end() ? -1 : reportedState(it->second, appliance_.nowMs());
 }
 
-SMGR_RESULT StreamModel::stats(const StreamSelector& selector, SMGR_STREAM_STATS* stats) {
+SMGR_RESULT StreamModel::stats(const ObjectSelector& selector, SMGR_STREAM_STATS* stats) {
   Stream* stream = find(selector);
   if (!stream) return SMGR_ERROR_NO_MATCHING_STREAM_FOUND;
   const SMGR_STREAM_INFO& info = stream->info;

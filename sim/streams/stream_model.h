@@ -11,31 +11,10 @@
 #include <vector>
 
 #include "appliance.h"
+#include "objects.h"
 #include "sim_protocol.h"
 
 namespace sim {
-
-// A selector as the daemon receives it: an ID or a name.
-struct StreamSelector {
-  bool byName = false;
-  int id = 0;
-  std::string name;
-};
-
-// Decodes a wire selector; false for an unknown kind or an unterminated name.
-bool ParseWireSelector(const SMGRPROT_OBJECT_SELECTOR& wire, StreamSelector* selector);
-
-// Result of an operation, with the daemon's description where it gives one.
-struct StreamOutcome {
-  StreamOutcome() = default;
-  StreamOutcome(SMGR_RESULT r, std::string text = {}, int streamId = 0, std::string streamName = {})
-      : result(r), description(std::move(text)), id(streamId), name(std::move(streamName)) {}
-
-  SMGR_RESULT result = SMGR_ERROR_SUCCESS;
-  std::string description;
-  int id = 0;
-  std::string name;
-};
 
 class StreamModel {
  public:
@@ -44,18 +23,17 @@ class StreamModel {
   explicit StreamModel(Appliance& appliance) : appliance_(appliance) {}
 
   // Create: cfg is the configuration record as received, sources the wire entries.
-  StreamOutcome create(const SMGR_STREAM_CFG& cfg, const SMGRPROT_OBJECT_SELECTOR* sources,
-                       size_t sourceCount);
-  StreamOutcome remove(const StreamSelector& selector);
-  StreamOutcome start(const StreamSelector& selector);
-  StreamOutcome stop(const StreamSelector& selector);
-  StreamOutcome pause(const StreamSelector& selector);
-  StreamOutcome resume(const StreamSelector& selector);
-  StreamOutcome resetStats(const StreamSelector& selector);
-  StreamOutcome open(const StreamSelector& selector);
-  StreamOutcome close(int id);
-  SMGR_RESULT info(const StreamSelector& selector, SMGR_STREAM_INFO* info);
-  SMGR_RESULT stats(const StreamSelector& selector, SMGR_STREAM_STATS* stats);
+  Outcome create(const SMGR_STREAM_CFG& cfg, const SMGRPROT_OBJECT_SELECTOR* sources, size_t sourceCount);
+  Outcome remove(const ObjectSelector& selector);
+  Outcome start(const ObjectSelector& selector);
+  Outcome stop(const ObjectSelector& selector);
+  Outcome pause(const ObjectSelector& selector);
+  Outcome resume(const ObjectSelector& selector);
+  Outcome resetStats(const ObjectSelector& selector);
+  Outcome open(const ObjectSelector& selector);
+  Outcome close(int id);
+  SMGR_RESULT info(const ObjectSelector& selector, SMGR_STREAM_INFO* info);
+  SMGR_RESULT stats(const ObjectSelector& selector, SMGR_STREAM_STATS* stats);
 
   // Every stream's information, in ID order (the enumeration order).
   std::vector<SMGR_STREAM_INFO> list();
@@ -78,7 +56,7 @@ class StreamModel {
     int bitRateKbps = 0;
   };
 
-  Stream* find(const StreamSelector& selector);
+  Stream* find(const ObjectSelector& selector);
   SMGR_RESULT validate(const SMGR_STREAM_CFG& cfg, const SMGRPROT_OBJECT_SELECTOR* sources,
                        size_t sourceCount, Stream* stream, std::string* why);
   int allocateId();

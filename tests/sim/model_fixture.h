@@ -70,12 +70,12 @@ class ApplianceTest : public ::testing::Test {
     }
   };
 
-  StreamOutcome create(const SMGR_STREAM_CFG& cfg, const WireSources& sources = WireSources()) {
+  Outcome create(const SMGR_STREAM_CFG& cfg, const WireSources& sources = WireSources()) {
     return streams().create(cfg, sources.entries, SMGR_MAX_STREAM_CONTENT_SOURCES);
   }
 
-  static StreamSelector ById(int id) { return StreamSelector{false, id, {}}; }
-  static StreamSelector ByName(const std::string& name) { return StreamSelector{true, 0, name}; }
+  static ObjectSelector ById(int id) { return ObjectSelector{false, id, {}}; }
+  static ObjectSelector ByName(const std::string& name) { return ObjectSelector{true, 0, name}; }
 
   SMGR_STREAM_STATS statsOf(int id) {
     SMGR_STREAM_STATS stats{};

@@ -12,12 +12,12 @@ using StreamStateTest = ApplianceTest;
 using StreamCountersTest = ApplianceTest;
 
 TEST_F(StreamCreateTest, AssignsIdsInCreationOrderAndReportsAppliedValues) {
-  StreamOutcome first = create(UdpConfig("cam1"));
+  Outcome first = create(UdpConfig("cam1"));
   ASSERT_EQ(first.result, SMGR_ERROR_SUCCESS);
   EXPECT_EQ(first.id, 1);
   SMGR_STREAM_CFG second = UdpConfig("");
   second.nIndex = 7;
-  StreamOutcome named = create(second);
+  Outcome named = create(second);
   ASSERT_EQ(named.result, SMGR_ERROR_SUCCESS);
   EXPECT_EQ(named.id, 7);
   EXPECT_EQ(named.name, "Stream7");
@@ -194,11 +194,11 @@ TEST_F(StreamCreateTest, SrtRules) {
 
 TEST_F(StreamStateTest, StartStopPauseResumeRefusals) {
   ASSERT_EQ(create(UdpConfig("cam1")).result, SMGR_ERROR_SUCCESS);
-  const StreamSelector cam = ByName("cam1");
+  const ObjectSelector cam = ByName("cam1");
   EXPECT_EQ(streams().stop(cam).result, SMGR_ERROR_STREAM_NOT_STARTED);
   EXPECT_EQ(streams().pause(cam).result, SMGR_ERROR_STREAM_NOT_STARTED);
   EXPECT_EQ(streams().start(cam).result, SMGR_ERROR_SUCCESS);
-  StreamOutcome again = streams().start(cam);
+  Outcome again = streams().start(cam);
   EXPECT_EQ(again.result, SMGR_ERROR_STREAM_ALREADY_STARTED);
   EXPECT_NE(again.description.find("cam1"), std::string::npos);
   EXPECT_EQ(streams().resume(cam).result, SMGR_ERROR_STREAM_NOT_PAUSED);
@@ -208,7 +208,7 @@ TEST_F(StreamStateTest, StartStopPauseResumeRefusals) {
   EXPECT_EQ(streams().resume(cam).result, SMGR_ERROR_SUCCESS);
   EXPECT_EQ(streams().stateOf(1), SMGR_STREAM_STATE_RUNNING);
 
-  StreamOutcome busy = streams().remove(cam);
+  Outcome busy = streams().remove(cam);
   EXPECT_EQ(busy.result, SMGR_ERROR_STREAM_IN_USE);
   EXPECT_FALSE(busy.description.empty());
   EXPECT_EQ(streams().stop(cam).result, SMGR_ERROR_SUCCESS);
@@ -220,10 +220,10 @@ TEST_F(StreamStateTest, StartStopPauseResumeRefusals) {
 TEST_F(StreamStateTest, AutoStartAndOpenByIdOrName) {
   SMGR_STREAM_CFG cfg = UdpConfig("auto");
   cfg.bAutoStart = TRUE;
-  StreamOutcome created = create(cfg);
+  Outcome created = create(cfg);
   ASSERT_EQ(created.result, SMGR_ERROR_SUCCESS);
   EXPECT_EQ(streams().stateOf(created.id), SMGR_STREAM_STATE_RUNNING);
-  StreamOutcome opened = streams().open(ByName("auto"));
+  Outcome opened = streams().open(ByName("auto"));
   EXPECT_EQ(opened.id, created.id);
   EXPECT_EQ(streams().open(ById(created.id)).name, "auto");
   EXPECT_EQ(streams().open(ByName("Auto")).result, SMGR_ERROR_NO_MATCHING_STREAM_FOUND);  // case matters
