@@ -1,5 +1,4 @@
-// smgrctl debug commands (daemon information, threads, mutexes) and the
-// result-code lookup (smgrctl error CODE).
+// smgrctl debug commands: the daemon's own diagnostics (information, threads, mutexes).
 #include <CLI/CLI.hpp>
 #include <cstring>
 #include <iostream>
@@ -123,34 +122,6 @@ int RunMutexes() {
   return 0;
 }
 
-int RunError(const std::string& text) {
-  SMGR_RESULT code = 0;
-  try {
-    size_t used = 0;
-    unsigned long long value = std::stoull(text, &used, 0);
-    if (used != text.size() || value > 0xFFFFFFFFull) throw std::out_of_range("code");
-    code = static_cast<SMGR_RESULT>(value);
-  } catch (...) {
-    return Usage("error", "\"" + text + "\" is not a result code (decimal or 0x hexadecimal)");
-  }
-  char message[256];
-  SessMgr_GetErrorString(code, message, sizeof message);
-  if (Globals().json) {
-    PrintJson({{"code", code},
-               {"hex",
-                [&] {
-                  char hex[16];
-                  snprintf(hex, sizeof hex, "0x%08X", code);
-                  return std::string(hex);
-                }()},
-               {"text", message},
-               {"warning", (code & SMGR_IS_SUCCESS_WITH_WARNING) != 0}});
-  } else {
-    std::cout << message << "\n";
-  }
-  return 0;
-}
-
 void AddDebugCommands(Command& command) {
   int& status = command.status();
   CLI::App* debug = command.app().add_subcommand("debug", "The daemon's own diagnostics");
@@ -166,16 +137,7 @@ void AddDebugCommands(Command& command) {
   });
 }
 
-void AddErrorCommand(Command& command) {
-  int& status = command.status();
-  std::string& code = command.keep<std::string>();
-  auto* error = command.app().add_subcommand("error", "Text of a result code (no daemon needed)");
-  error->add_option("code", code, "Result code, decimal or 0x hexadecimal")->required();
-  error->callback([&status, &code] { status = RunError(code); });
-}
-
 const CommandGroup kDebugCommands{"debug", AddDebugCommands};
-const CommandGroup kErrorCommand{"error", AddErrorCommand};
 
 }  // namespace
 
