@@ -6,6 +6,7 @@
 
 #include <CLI/CLI.hpp>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace smgrctl {
@@ -40,5 +41,12 @@ struct CommandGroup {
 
 // Adds every registered group to the command's application.
 void AddRegisteredCommands(Command& command);
+
+// What smgrctl --version prints: the CLI's version and the loaded library's version record.
+std::string VersionText();
+
+// The words that may follow `words` on the command line (subcommands and options of
+// the command they name), one per line: the bash completion asks for them.
+std::string CompletionWords(CLI::App& app, const std::vector<std::string>& words);
 
 }  // namespace smgrctl

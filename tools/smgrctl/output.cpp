@@ -3,14 +3,19 @@
 #include "output.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <iostream>
 #include <sstream>
+
+#include "exit_codes.h"
 
 namespace smgrctl {
 namespace {
 bool g_connected = false;
-}
+int g_reportedStatus = 0;
+}  // namespace
 
 GlobalOptions& Globals() {
   static GlobalOptions options;
@@ -21,7 +26,21 @@ bool Connect() {
   if (g_connected) return true;
   DWORD version = 0;
   if (!SessMgrLib_Init(SMGR_API_VERSION_1_0, &version)) {
-    Fail("connect to sessmgrd");
+    const SMGR_RESULT code = SessMgr_GetLastError();
+    const int error = SessMgr_GetLastErrno();
+    char text[256];
+    SessMgr_GetLastErrorString(text, sizeof text);
+    const char* queue = getenv("SESSMGR_DAEMON_QUEUE");
+    std::string message = text;
+    if (error == ENOENT) {
+      message = std::string("no daemon serves the queue ") + (queue && *queue ? queue : "/vdsessmgr") + " (" +
+                text + ")";
+    } else if (error == EMFILE || error == ENOSPC) {
+      message +=
+          "; the per-user message-queue memory is used up: look at /dev/mqueue "
+          "(mount -t mqueue none /dev/mqueue) for queues left behind";
+    }
+    FailWith("connect to sessmgrd", code, message, kExitUnreachable);
     return false;
   }
   g_connected = true;
@@ -34,17 +53,35 @@ void Disconnect() {
   g_connected = false;
 }
 
+int FailWith(const std::string& operation, SMGR_RESULT code, const std::string& text, int status) {
+  if (Globals().json) {
+    const std::string symbol = ResultSymbol(code);
+    nlohmann::ordered_json error{
+        {"code", code},
+        {"symbol", symbol.empty() ? nlohmann::ordered_json() : nlohmann::ordered_json(symbol)},
+        {"text", text},
+        {"operation", operation}};
+    std::cout << nlohmann::ordered_json{{"error", error}}.dump() << "\n";
+  } else {
+    std::cerr << "smgrctl: " << operation << ": " << text << "\n";
+  }
+  g_reportedStatus = status;
+  return status;
+}
+
 int Fail(const std::string& operation) {
+  const SMGR_RESULT code = SessMgr_GetLastError();
   char text[256];
   SessMgr_GetLastErrorString(text, sizeof text);
-  std::cerr << "smgrctl: " << operation << ": " << text << "\n";
-  return 1;
+  const ExitStatus status = ExitStatusOf(code);
+  return FailWith(operation, code, text, status == kExitSuccess ? kExitRefused : status);
 }
 
 int Usage(const std::string& operation, const std::string& text) {
-  std::cerr << "smgrctl: " << operation << ": " << text << "\n";
-  return 2;
+  return FailWith(operation, SMGR_ERROR_INVALID_PARAMETERS, text, kExitUsage);
 }
+
+int ReportedFailureStatus() { return g_reportedStatus; }
 
 void Table::alignRight(const std::string& header) {
   right_.resize(headers_.size(), false);

@@ -16,14 +16,22 @@ struct GlobalOptions {
 };
 GlobalOptions& Globals();
 
-// Connects to the daemon once; false (after printing the failure line) when it cannot.
+// Connects to the daemon once; false (after reporting the failure, exit status 4)
+// when it cannot.
 bool Connect();
 void Disconnect();
 
-// Prints "smgrctl: <operation>: <last error text>" on stderr and returns the exit status 1.
+// Reports a failed operation from the calling thread's last error and returns its
+// exit status (exit_codes.h): "smgrctl: <operation>: <text>" on stderr, or with
+// --json one object {"error": {"code", "symbol", "text", "operation"}} on stdout.
 int Fail(const std::string& operation);
-// Same with a text of our own (bad arguments and the like); exit status 2.
+// The same with a code, text and exit status of our own.
+int FailWith(const std::string& operation, SMGR_RESULT code, const std::string& text, int status);
+// Bad arguments: reported like a failure with code 2, exit status 2.
 int Usage(const std::string& operation, const std::string& text);
+// The exit status of the last failure reported (0 when none was): main() returns it
+// for a command that failed, whatever non-zero status the command itself returned.
+int ReportedFailureStatus();
 
 class Table {
  public:
