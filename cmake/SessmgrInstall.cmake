@@ -30,6 +30,8 @@ install(FILES ${PROJECT_BINARY_DIR}/sessmgr.pc DESTINATION ${CMAKE_INSTALL_LIBDI
 
 if(SESSMGR_BUILD_TOOLS)
   install(TARGETS smgrctl sessmgrd-sim RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
+  install(FILES ${PROJECT_SOURCE_DIR}/tools/completion/smgrctl
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)
 endif()
 
 set(CPACK_PACKAGE_NAME sessmgr)

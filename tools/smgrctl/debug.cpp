@@ -12,6 +12,18 @@ namespace {
 
 using nlohmann::json;
 
+// The daemon's thread states: 0 waits for work, 1 works on it; others as numbers.
+std::string ThreadStateName(int state) {
+  switch (state) {
+    case 0:
+      return "WAITING";
+    case 1:
+      return "BUSY";
+    default:
+      return "STATE " + std::to_string(state);
+  }
+}
+
 std::string Bounded(const char* text, size_t size) { return std::string(text, strnlen(text, size)); }
 
 const char* SchedulerName(int scheduler) {
@@ -63,7 +75,8 @@ int RunThreads() {
                      {"name", name},
                      {"scheduler", thread.iScheduler},
                      {"priority", thread.iPriority},
-                     {"state", thread.enState},
+                     {"state", ThreadStateName(thread.enState)},
+                     {"state_value", thread.enState},
                      {"iterations", Val(thread.nIterations)},
                      {"iterations_delta", Val(thread.nIterationsDelta)},
                      {"state_changes", Val(thread.nStateChanges)},
@@ -72,7 +85,7 @@ int RunThreads() {
                      {"line", Val(thread.nLineNumber)},
                      {"stuck_count", Val(thread.nStuckCount)}});
     table.add({std::to_string(thread.iThreadID), name, SchedulerName(thread.iScheduler),
-               std::to_string(thread.iPriority), std::to_string(thread.enState),
+               std::to_string(thread.iPriority), ThreadStateName(thread.enState),
                std::to_string(Val(thread.nIterations)), std::to_string(Val(thread.nIterationsDelta)),
                function.empty() ? "-" : function,
                file.empty() ? "-" : file + ":" + std::to_string(Val(thread.nLineNumber))});

@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "commands.h"
+#include "exit_codes.h"
 #include "output.h"
 
 namespace smgrctl {
@@ -22,6 +23,9 @@ int RunError(const std::string& text) {
   }
   char message[256];
   SessMgr_GetErrorString(code, message, sizeof message);
+  // A code the results header does not define: the library's fallback text, and a usage error.
+  const std::string symbol = ResultSymbol(code);
+  if (symbol.empty()) return Usage("error", message);
   if (Globals().json) {
     PrintJson({{"code", code},
                {"hex",
@@ -30,6 +34,7 @@ int RunError(const std::string& text) {
                   snprintf(hex, sizeof hex, "0x%08X", code);
                   return std::string(hex);
                 }()},
+               {"symbol", symbol},
                {"text", message},
                {"warning", (code & SMGR_IS_SUCCESS_WITH_WARNING) != 0}});
   } else {

@@ -3,11 +3,14 @@
 #include "output.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <iostream>
 #include <sstream>
+#include <string_view>
 
 #include "exit_codes.h"
 
@@ -143,15 +146,35 @@ std::string DurationText(uint64_t seconds) {
 
 SMGR_OBJECT_SELECTOR ParseSelector(const std::string& text) {
   SMGR_OBJECT_SELECTOR selector{};
-  const bool numeric = !text.empty() && text.size() < 10 && std::all_of(text.begin(), text.end(), ::isdigit);
-  if (numeric) {
+  std::string_view digits = text;
+  bool byId = false;
+  if (text.rfind("id:", 0) == 0) {
+    digits.remove_prefix(3);
+    byId = true;
+  }
+  const bool numeric =
+      !digits.empty() && digits.size() < 10 &&
+      std::all_of(digits.begin(), digits.end(), [](unsigned char c) { return std::isdigit(c); });
+  if (numeric && (byId || text.rfind("name:", 0) != 0)) {
     selector.enType = SMGR_SELECTBY_OBJECT_ID;
-    selector.Via.ID = std::stoi(text);
+    selector.Via.ID = std::stoi(std::string(digits));
   } else {
     selector.enType = SMGR_SELECTBY_OBJECT_NAME;
-    selector.Via.szName = text.c_str();
+    selector.Via.szName = text.c_str() + (text.rfind("name:", 0) == 0 ? 5 : 0);
   }
   return selector;
+}
+
+std::string TimestampText() {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  tm local{};
+  localtime_r(&now.tv_sec, &local);
+  char text[48];
+  size_t used = strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &local);
+  used += snprintf(text + used, sizeof text - used, ".%03ld", now.tv_nsec / 1000000);
+  strftime(text + used, sizeof text - used, "%z", &local);
+  return text;
 }
 
 }  // namespace smgrctl

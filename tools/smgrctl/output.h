@@ -61,7 +61,11 @@ constexpr T Val(T value) {
   return value;
 }
 
-// "12" selects by ID, anything else by name. The name must outlive the selector.
+// "12" and "id:12" select by ID, "name:12" and anything else by name (so that a name
+// made of digits is still selectable). The text must outlive the selector.
 SMGR_OBJECT_SELECTOR ParseSelector(const std::string& text);
+
+// The local time as ISO 8601 with milliseconds and offset, for JSON samples.
+std::string TimestampText();
 
 }  // namespace smgrctl

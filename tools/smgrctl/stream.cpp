@@ -1,6 +1,7 @@
-// smgrctl stream and still commands: list, show, create, start, stop, pause,
-// resume, delete, stats (with --watch), still delete.
+// smgrctl stream commands: list, show, create, start, stop, pause, resume,
+// delete, stats (with --watch).
 #include <arpa/inet.h>
+#include <netdb.h>
 #include <signal.h>
 #include <unistd.h>
 
@@ -14,6 +15,7 @@
 #include <thread>
 
 #include "commands.h"
+#include "exit_codes.h"
 #include "output.h"
 #include "paging.h"
 
@@ -168,7 +170,11 @@ int RunList() {
   table.alignRight("EST KBIT/S");
   for (const SMGR_STREAM_INFO& info : streams) {
     SMGR_STREAM_STATS stats;
-    if (!StreamStats(info.nIndex, &stats)) return Fail("stream stats " + std::to_string(info.nIndex));
+    if (!StreamStats(info.nIndex, &stats)) {
+      // Deleted between the enumeration and its statistics: not there any more.
+      if (SessMgr_GetLastError() == SMGR_ERROR_NO_MATCHING_STREAM_FOUND) continue;
+      return Fail("stream stats " + std::to_string(info.nIndex));
+    }
     json entry = InfoJson(info);
     entry["state"] = StateName(stats.enState);
     array.push_back(entry);
@@ -196,6 +202,7 @@ int RunShow(const std::string& target) {
   if (!StreamStats(info.nIndex, &stats)) return Fail("stream stats " + target);
   if (Globals().json) {
     json value = InfoJson(info);
+    value["state"] = StateName(stats.enState);
     value["stats"] = StatsJson(info, stats);
     PrintJson(value);
     return 0;
@@ -272,7 +279,14 @@ struct CreateArgs {
   std::string publishingId;
   std::string still;
   std::string userData;
+  // The SRT-only options, to refuse them for other encapsulations.
+  std::vector<const CLI::Option*> srtOnly;
 };
+
+std::string Lower(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
+  return text;
+}
 
 bool ParseEncapsulation(const std::string& text, int* value) {
   static const std::pair<const char*, int> kNames[] = {{"direct-rtp", SMGR_STREAM_ENCAPS_DIRECT_RTP},
@@ -280,8 +294,7 @@ bool ParseEncapsulation(const std::string& text, int* value) {
                                                        {"ts-rtp", SMGR_STREAM_ENCAPS_TS_RTP},
                                                        {"quicktime", SMGR_STREAM_ENCAPS_QUICKTIME},
                                                        {"ts-srt", SMGR_STREAM_ENCAPS_TS_SRT}};
-  std::string lower = text;
-  std::transform(lower.begin(), lower.end(), lower.begin(), ::tolower);
+  const std::string lower = Lower(text);
   for (const auto& [name, number] : kNames) {
     if (lower == name) return *value = number, true;
   }
@@ -294,9 +307,18 @@ bool ParseEncapsulation(const std::string& text, int* value) {
   }
 }
 
+bool Resolves(const std::string& host) {
+  addrinfo hints{};
+  hints.ai_family = AF_UNSPEC;
+  addrinfo* found = nullptr;
+  if (getaddrinfo(host.c_str(), nullptr, &hints, &found) != 0) return false;
+  freeaddrinfo(found);
+  return true;
+}
+
 bool ParseAddress(const std::string& text, SMGR_IP_ADDRESS* address) {
   *address = SMGR_IP_ADDRESS{};
-  if (text.empty() || text == "any" || text == "ANY") {
+  if (text.empty() || Lower(text) == "any") {
     address->enType = SMGR_ANY_ADDRESS;
     return true;
   }
@@ -308,6 +330,9 @@ bool ParseAddress(const std::string& text, SMGR_IP_ADDRESS* address) {
     address->enType = SMGR_IPV6_ADDRESS;
     return true;
   }
+  // Digits and dots only: an IPv4 address, and inet_pton said it is not one
+  // ("1.2.3" would otherwise reach the resolver, which reads it as 1.2.0.3).
+  if (text.find_first_not_of("0123456789.") == std::string::npos) return false;
   if (text.size() >= sizeof address->szHostName) return false;
   address->enType = SMGR_IPV4_HOSTNAME;  // the library resolves it before sending
   snprintf(address->szHostName, sizeof address->szHostName, "%s", text.c_str());
@@ -327,13 +352,18 @@ int RunCreate(const CreateArgs& args) {
     return Usage(operation, "unknown encapsulation \"" + args.encapsulation + "\"");
   }
   const bool srt = cfg.enEncapsulation == SMGR_STREAM_ENCAPS_TS_SRT;
+  for (const CLI::Option* option : args.srtOnly) {
+    if (!srt && option->count() > 0)
+      return Usage(operation, option->get_name() + " applies to TS-SRT streams only");
+  }
   int srtMode = SMGR_SRT_MODE_CLIENT;
   if (srt) {
-    if (args.srtMode == "caller") {
+    const std::string mode = Lower(args.srtMode);
+    if (mode == "caller") {
       srtMode = SMGR_SRT_MODE_CLIENT;
-    } else if (args.srtMode == "listener") {
+    } else if (mode == "listener") {
       srtMode = SMGR_SRT_MODE_SERVER;
-    } else if (args.srtMode == "rendezvous") {
+    } else if (mode == "rendezvous") {
       srtMode = SMGR_SRT_MODE_RENDEZ_VOUS;
     } else {
       return Usage(operation, "SRT mode must be caller, listener or rendezvous");
@@ -344,6 +374,14 @@ int RunCreate(const CreateArgs& args) {
     return Usage(operation, "--address is required (except for SRT listeners)");
   }
   if (!ParseAddress(address, &cfg.Address)) return Usage(operation, "bad address \"" + address + "\"");
+  if (cfg.Address.enType == SMGR_IPV4_HOSTNAME && !Resolves(address)) {
+    // The library would send it unresolved (warning 0x80000003) and the daemon refuse the
+    // empty address: say what happened.
+    char text[256];
+    SessMgr_GetErrorString(SMGR_WARNING_UNABLE_TO_RESOLVE_HOSTNAME, text, sizeof text);
+    return FailWith(operation, SMGR_WARNING_UNABLE_TO_RESOLVE_HOSTNAME,
+                    std::string(text) + " \"" + address + "\"", kExitRefused);
+  }
   if (args.port < 0 || args.port > 65535) return Usage(operation, "port must be 0 to 65535");
   cfg.usPort = static_cast<uint16_t>(args.port);
   cfg.IpTTL = static_cast<uint8_t>(args.ttl);
@@ -412,12 +450,20 @@ int RunControl(const char* verb, ControlFn control, const std::string& target, c
   const std::string operation = std::string("stream ") + verb + " " + target;
   if (!control(&selector)) return Fail(operation);
   ReportWarning(operation);
-  if (!Globals().json) std::cout << "Stream " << target << " " << done << ".\n";
+  if (Globals().json) {
+    PrintJson({{"stream", target}, {"done", done}, {"result", SessMgr_GetLastError()}});
+  } else {
+    std::cout << "Stream " << target << " " << done << ".\n";
+  }
   return 0;
 }
 
-int PrintStatsOnce(const std::vector<std::string>& targets) {
+// One sample of the counters. Targets that do not exist are reported and the others
+// shown; the status is then the failure's. With --json, one array, or with ndjson
+// one compact object {"time", "streams"} on a line of its own (--watch).
+int PrintStatsOnce(const std::vector<std::string>& targets, bool ndjson) {
   std::vector<SMGR_STREAM_INFO> streams;
+  int status = 0;
   if (targets.empty()) {
     if (!ListStreams(&streams)) return Fail("stream stats");
   } else {
@@ -425,8 +471,11 @@ int PrintStatsOnce(const std::vector<std::string>& targets) {
       SMGR_OBJECT_SELECTOR selector = ParseSelector(target);
       SMGR_STREAM_INFO info{};
       info.nSize = sizeof info;
-      if (!SessMgr_GetStreamInfo(&selector, &info)) return Fail("stream stats " + target);
-      streams.push_back(info);
+      if (SessMgr_GetStreamInfo(&selector, &info)) {
+        streams.push_back(info);
+      } else {
+        status = Fail("stream stats " + target);
+      }
     }
   }
   json array = json::array();
@@ -435,7 +484,10 @@ int PrintStatsOnce(const std::vector<std::string>& targets) {
     table.alignRight(column);
   for (const SMGR_STREAM_INFO& info : streams) {
     SMGR_STREAM_STATS stats;
-    if (!StreamStats(info.nIndex, &stats)) return Fail("stream stats " + std::to_string(info.nIndex));
+    if (!StreamStats(info.nIndex, &stats)) {
+      if (SessMgr_GetLastError() == SMGR_ERROR_NO_MATCHING_STREAM_FOUND && targets.empty()) continue;
+      return Fail("stream stats " + std::to_string(info.nIndex));
+    }
     array.push_back(StatsJson(info, stats));
     const bool srt = info.enEncapsulation == SMGR_STREAM_ENCAPS_TS_SRT;
     const SMGR_STREAM_SRT_STATS& conn = stats.EncapSpecStats.SRT.Conn;
@@ -445,20 +497,22 @@ int PrintStatsOnce(const std::vector<std::string>& targets) {
          std::to_string(Val(stats.Counters.Sender.nTxOkBytes)), std::to_string(stats.nBitRateInKbps),
          srt ? std::to_string(conn.iRTT) + " ms" : "-", srt ? std::to_string(Val(conn.nLostPkts)) : "-"});
   }
-  if (Globals().json) {
+  if (ndjson) {
+    std::cout << json{{"time", TimestampText()}, {"streams", array}}.dump() << "\n";
+  } else if (Globals().json) {
     PrintJson(array);
   } else if (table.empty()) {
-    std::cout << "No streams.\n";
+    if (status == 0) std::cout << "No streams.\n";
   } else {
     std::cout << table.render();
   }
   std::cout.flush();
-  return 0;
+  return status;
 }
 
 int RunStats(const std::vector<std::string>& targets, double watchSeconds, int count) {
   if (!Connect()) return 1;
-  if (watchSeconds <= 0) return PrintStatsOnce(targets);
+  if (watchSeconds <= 0) return PrintStatsOnce(targets, false);
   struct sigaction action {};
   action.sa_handler = OnInterrupt;
   sigaction(SIGINT, &action, nullptr);
@@ -478,26 +532,8 @@ int RunStats(const std::vector<std::string>& targets, double watchSeconds, int c
       strftime(stamp, sizeof stamp, "%H:%M:%S", localtime(&now));
       std::cout << "--- " << stamp << "\n";
     }
-    if (int status = PrintStatsOnce(targets)) return status;
+    if (int status = PrintStatsOnce(targets, Globals().json)) return status;
   }
-  return 0;
-}
-
-int RunStillDelete(const std::string& name, bool all) {
-  if (!Connect()) return 1;
-  if (all) {
-    ULONG deleted = 0, skipped = 0;
-    const BOOL ok = SessMgr_DeleteAllStillImages(&deleted, &skipped);
-    if (Globals().json) {
-      PrintJson({{"deleted", deleted}, {"skipped", skipped}, {"ok", ok != 0}});
-    } else {
-      std::cout << "Deleted " << deleted << " still image(s), skipped " << skipped << ".\n";
-    }
-    return ok ? 0 : Fail("still delete --all");
-  }
-  if (name.empty()) return Usage("still delete", "give a file name or --all");
-  if (!SessMgr_DeleteStillImage(name.c_str())) return Fail("still delete " + name);
-  if (!Globals().json) std::cout << "Deleted still image " << name << ".\n";
   return 0;
 }
 
@@ -534,10 +570,12 @@ void AddStreamCommands(Command& command) {
   cmd->add_option("--mtu", create.mtu, "IP MTU (0: the daemon's default)")->check(CLI::Range(0, 65535));
   cmd->add_option("--tos", create.tos, "IP type of service")->check(CLI::Range(0, 255));
   cmd->add_flag("--rtcp", create.rtcp, "Use RTCP (RTP encapsulations)");
-  cmd->add_option("--srt-mode", create.srtMode, "SRT: caller, listener or rendezvous")->capture_default_str();
-  cmd->add_option("--latency", create.latency, "SRT latency in ms (0: the daemon's default)");
-  cmd->add_option("--passphrase", create.passphrase, "SRT: encrypt with this pass phrase");
-  cmd->add_option("--publishing-id", create.publishingId, "SRT stream publishing ID (caller mode)");
+  create.srtOnly = {
+      cmd->add_option("--srt-mode", create.srtMode, "SRT: caller, listener or rendezvous (any case)")
+          ->capture_default_str(),
+      cmd->add_option("--latency", create.latency, "SRT latency in ms (0: the daemon's default)"),
+      cmd->add_option("--passphrase", create.passphrase, "SRT: encrypt with this pass phrase"),
+      cmd->add_option("--publishing-id", create.publishingId, "SRT stream publishing ID (caller mode)")};
   cmd->add_option("--still", create.still, "Still image file shown when there is no video");
   cmd->add_option("--user-data", create.userData, "Free text kept with the stream");
   cmd->callback([&status, &create] { status = RunCreate(create); });
@@ -572,32 +610,19 @@ void AddStreamCommands(Command& command) {
   StatsArgs& statsArgs = command.keep<StatsArgs>();
   auto* stats = stream->add_subcommand("stats", "Counters of streams (all when none is named)");
   stats->add_option("streams", statsArgs.targets, "Stream IDs or names");
-  stats->add_option("-w,--watch", statsArgs.watch, "Repeat every SECONDS until interrupted")
-      ->check(CLI::Range(0.1, 3600.0));
+  auto* watch =
+      stats
+          ->add_option("-w,--watch", statsArgs.watch,
+                       "Repeat every SECONDS until interrupted (with --json: one JSON object per line)")
+          ->check(CLI::Range(0.1, 3600.0));
   stats->add_option("-n,--count", statsArgs.count, "With --watch: stop after this many tables")
-      ->check(CLI::Range(1, 1000000));
+      ->check(CLI::Range(1, 1000000))
+      ->needs(watch);
   stats->callback(
       [&status, &statsArgs] { status = RunStats(statsArgs.targets, statsArgs.watch, statsArgs.count); });
 }
 
-struct StillArgs {
-  std::string name;
-  bool all = false;
-};
-
-void AddStillCommands(Command& command) {
-  int& status = command.status();
-  CLI::App* still = command.app().add_subcommand("still", "Still images");
-  still->require_subcommand(1);
-  StillArgs& args = command.keep<StillArgs>();
-  auto* del = still->add_subcommand("delete", "Delete one still image, or all that no stream uses");
-  auto* nameOption = del->add_option("name", args.name, "File name (\".mp4\" is added when missing)");
-  del->add_flag("--all", args.all, "Delete every still image")->excludes(nameOption);
-  del->callback([&status, &args] { status = RunStillDelete(args.name, args.all); });
-}
-
 const CommandGroup kStreamCommands{"stream", AddStreamCommands};
-const CommandGroup kStillCommands{"still", AddStillCommands};
 
 }  // namespace
 
