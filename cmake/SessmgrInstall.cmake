@@ -2,7 +2,7 @@
 # the Debian packages (CPack DEB), in three components:
 #   runtime  libsessmgr1       the shared library (SONAME libsessmgr.so.1)
 #   dev      libsessmgr-dev    headers, development link, sessmgr.pc, the CMake package
-#   tools    sessmgr-tools     smgrctl, sessmgrd-sim, manual pages, bash completion
+#   tools    sessmgr-tools     smgrctl, sessmgrd-sim, manual pages (from docs/), bash completion
 include(CMakePackageConfigHelpers)
 
 set(SESSMGR_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/sessmgr)
@@ -30,6 +30,21 @@ install(FILES ${PROJECT_BINARY_DIR}/sessmgr.pc DESTINATION ${CMAKE_INSTALL_LIBDI
 
 if(SESSMGR_BUILD_TOOLS)
   install(TARGETS smgrctl sessmgrd-sim RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
+  # Manual pages, made from the Markdown pages in docs/.
+  set(SESSMGR_MAN_PAGES "")
+  foreach(page smgrctl:1 sessmgrd-sim:8)
+    string(REPLACE ":" ";" page "${page}")
+    list(GET page 0 name)
+    list(GET page 1 section)
+    set(output ${PROJECT_BINARY_DIR}/man/${name}.${section})
+    add_custom_command(OUTPUT ${output}
+                       COMMAND ${CMAKE_COMMAND} -DINPUT=${PROJECT_SOURCE_DIR}/docs/${name}.md -DOUTPUT=${output}
+                               -P ${CMAKE_CURRENT_LIST_DIR}/md2man.cmake
+                       DEPENDS ${PROJECT_SOURCE_DIR}/docs/${name}.md ${CMAKE_CURRENT_LIST_DIR}/md2man.cmake)
+    install(FILES ${output} DESTINATION ${CMAKE_INSTALL_MANDIR}/man${section} COMPONENT tools)
+    list(APPEND SESSMGR_MAN_PAGES ${output})
+  endforeach()
+  add_custom_target(man_pages ALL DEPENDS ${SESSMGR_MAN_PAGES})
   install(FILES ${PROJECT_SOURCE_DIR}/tools/completion/smgrctl
           DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)
 endif()

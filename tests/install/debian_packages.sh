@@ -30,7 +30,8 @@ expect libsessmgr1 '/libsessmgr\.so\.1$' '/libsessmgr\.so\.1\.[0-9]+\.[0-9]+$'
 expect libsessmgr-dev '/libsessmgr\.so$' '/include/sessmgr_api\.h$' '/include/smgr_protocol\.h$' \
   '/include/sessmgr_families\.h$' '/include/sessmgr/sm_streams\.h$' '/pkgconfig/sessmgr\.pc$' \
   '/cmake/sessmgr/sessmgrConfig\.cmake$' '/cmake/sessmgr/sessmgrConfigVersion\.cmake$'
-expect sessmgr-tools '/bin/smgrctl$' '/bin/sessmgrd-sim$' '/bash-completion/completions/smgrctl$'
+expect sessmgr-tools '/bin/smgrctl$' '/bin/sessmgrd-sim$' '/bash-completion/completions/smgrctl$' \
+  '/man1/smgrctl\.1$' '/man8/sessmgrd-sim\.8$'
 
 # The runtime carries no headers, the tools no library; shlibdeps found libc.
 dpkg-deb -c "$(find "$work" -maxdepth 1 -name 'libsessmgr1_*.deb')" | grep -q '\.h$' && { echo "FAIL: headers in libsessmgr1" >&2; status=1; }
