@@ -47,6 +47,11 @@ TEST_F(CliContractTest, EveryFailureClassHasItsExitStatusAndJsonError) {
   EXPECT_EQ(error["symbol"], "SMGR_ERROR_NO_MATCHING_STREAM_FOUND");
   EXPECT_EQ(error["text"], "No matching stream found");
 
+  CommandResult unresolved = RunCtl({"stream", "create", "x", "-a", "nosuch.invalid", "-p", "1"});
+  EXPECT_EQ(unresolved.status, 1);
+  EXPECT_NE(unresolved.err.find("Unable to resolve hostname \"nosuch.invalid\""), std::string::npos)
+      << unresolved.err;
+
   CommandResult unreachable = RunCtl({"--json", "--queue", "/smgr-nobody-serves-this", "stream", "list"});
   EXPECT_EQ(unreachable.status, 4);
   EXPECT_NE(Error(unreachable)["text"].get<std::string>().find("no daemon serves the queue /smgr-nobody"),
