@@ -5,7 +5,7 @@
 #include <cstring>
 #include <string>
 
-#include "lib_trace.h"
+#include "library_channel.h"
 #include "sessmgr_api.h"
 #include "trace_capture.h"
 #include "util_string.h"
@@ -17,17 +17,9 @@ using smgr::test::TraceCapture;
 constexpr const char* kConfigDir = "/usr/share/ostrelle/config/";
 constexpr const char* kStillDir = "/usr/share/ostrelle/still_images/";
 
-// Attaches the library's channel for the test so that its traces can be captured.
 class FileNameTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    hSaved_ = g_hSMGRApiDbg;
-    ASSERT_TRUE(_DoDbgInit("SESSMGRLIB", &g_hSMGRApiDbg));
-  }
-  void TearDown() override {
-    _DoDbgUninitEx(g_hSMGRApiDbg, __func__, __FILE__, __LINE__);
-    g_hSMGRApiDbg = hSaved_;
-  }
+  void SetUp() override { smgr::test::AttachLibraryChannel(); }
 
   struct Outcome {
     BOOL bOk;
@@ -52,9 +44,6 @@ class FileNameTest : public ::testing::Test {
     BOOL bOk = FixUpInputFileNameNoPath(acBuffer, SMGR_MAX_API_FNAME_SIZE, kStillDir, ".mp4", &nErrCode);
     return {bOk, nErrCode, acBuffer};
   }
-
- private:
-  HDBG hSaved_ = nullptr;
 };
 
 TEST_F(FileNameTest, BareNameGetsExtensionAndStandardFolder) {
@@ -82,41 +71,32 @@ TEST_F(FileNameTest, ExtensionKeptFoldersKeptOrStandard) {
   EXPECT_EQ(fixUp("/tmp/sub/").name, "/tmp/.cfg");
 }
 
-TEST_F(FileNameTest, LengthLimitsOfTheName) {
+// Refused names are left as they were, with the reason traced.
+TEST_F(FileNameTest, LengthLimitsOfTheNameTheFolderAndTheCaller) {
   TraceCapture capture;
-  std::string name287 = "/t/" + std::string(280, 'a') + ".cfg";
-  ASSERT_EQ(name287.size(), 287u);
-  Outcome outcome = fixUp(name287);
-  EXPECT_TRUE(outcome.bOk);
-  EXPECT_EQ(outcome.name, name287);
-
-  std::string name288 = name287 + "x";
-  outcome = fixUp(name288, 400);
-  EXPECT_FALSE(outcome.bOk);
-  EXPECT_EQ(outcome.name, name288);  // refused names are left as they were
-  EXPECT_TRUE(capture.has("File name is too long.\n"));
-  EXPECT_TRUE(capture.has("Resulting FALSE.\n"));
-  std::string name284 = "/t/" + std::string(284, 'a');  // ".cfg" makes it 288
-  EXPECT_FALSE(fixUp(name284).bOk);
-  EXPECT_EQ(fixUp(name284).name, name284);
-}
-
-TEST_F(FileNameTest, StandardFolderThatBustsTheLimit) {
-  TraceCapture capture;
-  std::string name(270, 'b');
-  Outcome outcome = fixUp(name);
-  EXPECT_FALSE(outcome.bOk);
-  EXPECT_EQ(outcome.name, name);
-  EXPECT_TRUE(capture.has("Adding standard path would bust file name limit.\n"));
-}
-
-TEST_F(FileNameTest, CallerSizeLimitsTheResult) {
-  TraceCapture capture;
-  EXPECT_FALSE(fixUp("/tmp/abc", 12).bOk);  // "/tmp/abc.cfg" needs 13
-  EXPECT_TRUE(capture.has("File name is too long.\n"));
-  Outcome outcome = fixUp("/tmp/abc", 13);
-  EXPECT_TRUE(outcome.bOk);
-  EXPECT_EQ(outcome.name, "/tmp/abc.cfg");
+  const std::string name287 = "/t/" + std::string(280, 'a') + ".cfg";
+  EXPECT_EQ(fixUp(name287).name, name287);
+  EXPECT_TRUE(fixUp(name287).bOk);
+  EXPECT_TRUE(fixUp("/tmp/abc", 13).bOk);
+  const struct {
+    std::string name;
+    int nSize;
+    const char* szTrace;
+  } refused[] = {
+      {name287 + "x", 400, "File name is too long.\n"},
+      {"/t/" + std::string(284, 'a'), SMGR_MAX_API_FNAME_SIZE,
+       "File name is too long.\n"},  // 288 with ".cfg"
+      {std::string(270, 'b'), SMGR_MAX_API_FNAME_SIZE, "Adding standard path would bust file name limit.\n"},
+      {"/tmp/abc", 12, "File name is too long.\n"},  // "/tmp/abc.cfg" needs 13
+  };
+  for (const auto& c : refused) {
+    capture.clear();
+    Outcome outcome = fixUp(c.name, c.nSize);
+    EXPECT_FALSE(outcome.bOk) << c.name;
+    EXPECT_EQ(outcome.name, c.name);
+    EXPECT_TRUE(capture.has(c.szTrace)) << c.name;
+    EXPECT_TRUE(capture.has("Resulting FALSE.\n")) << c.name;
+  }
 }
 
 TEST_F(FileNameTest, NoPathReducesToBaseNameWithExtension) {
