@@ -79,20 +79,6 @@ TEST(Lifecycle, OnlyFirstInitConnectsAndOnlyLastShutdownDisconnects) {
   EXPECT_EQ(g_InMsgQID, static_cast<mqd_t>(-1));
 }
 
-TEST(Lifecycle, ReinitialisationUsesTheNextQueueName) {
-  TestPeer peer;
-  peer.start();
-  ASSERT_TRUE(SessMgrLib_Init(SMGR_API_VERSION_1_0, nullptr));
-  std::string first = peer.lastRequest(SMGRPROT_USER_CONNECT_REQ)->text(16, 32);
-  ShutdownLibraryCompletely();
-  ASSERT_TRUE(SessMgrLib_Init(SMGR_API_VERSION_1_0, nullptr));
-  std::string second = peer.lastRequest(SMGRPROT_USER_CONNECT_REQ)->text(16, 32);
-  ShutdownLibraryCompletely();
-  unsigned nFirst = std::stoul(first.substr(ExpectedQueuePrefix().size()));
-  unsigned nSecond = std::stoul(second.substr(ExpectedQueuePrefix().size()));
-  EXPECT_EQ(nSecond, (nFirst + 1) & 0xFFFF);
-}
-
 TEST(Lifecycle, MissingDaemonQueueFailsWith11) {
   PeerOptions options;
   options.bCreateDaemonQueue = false;
