@@ -3,9 +3,11 @@
 // another family or after their last close, unknown selector kinds. Each
 // variant must give its documented result and last error, send nothing when
 // nothing may be sent (the test peer records every request), stay inside the
-// caller's memory and leave no handle behind. LeakSanitizer (asan preset)
-// covers heap leaks.
+// caller's memory and leave no handle behind; the valid invocation succeeds
+// with one request whose header is the process's own and sized as sent.
+// LeakSanitizer (asan preset) covers heap leaks.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <set>
@@ -107,6 +109,12 @@ TEST_F(BadInputSweep, TheValidInvocationOfEveryRequestRowSucceedsAgainstItsValid
     EXPECT_EQ(row.invoke(ctx), TRUE);
     EXPECT_EQ(SessMgr_GetLastError(), 0u);
     EXPECT_EQ(peer.requestCount(row.wRequestType) - nOfTypeBefore, 1u);
+    if (auto sent = peer.lastRequest(row.wRequestType)) {  // the header every request carries
+      EXPECT_EQ(sent->header().wMsgSize, sent->size());
+      EXPECT_EQ(sent->header().wReserved, 0);
+      EXPECT_EQ(sent->srcPid(), getpid());
+      EXPECT_EQ(sent->srcUid(), getuid());
+    }
     EXPECT_TRUE(ctx.guardsIntact());
     if (row.finish != nullptr) row.finish(ctx);
     EXPECT_EQ(LiveHandleCount(), nHandlesBefore);
