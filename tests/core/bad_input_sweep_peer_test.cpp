@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstring>
 #include <set>
 #include <string>
 
@@ -118,6 +119,32 @@ TEST_F(BadInputSweep, TheValidInvocationOfEveryRequestRowSucceedsAgainstItsValid
     EXPECT_TRUE(ctx.guardsIntact());
     if (row.finish != nullptr) row.finish(ctx);
     EXPECT_EQ(LiveHandleCount(), nHandlesBefore);
+  }
+}
+
+// The daemon's Result decides: a warning succeeds only where the row says so
+// (and stays the last error), a failure fails with its code; nothing is left behind.
+TEST_F(BadInputSweep, EveryRequestRowTakesAWarningOrAFailureAsItsRowSays) {
+  for (SMGR_RESULT result : {SMGR_WARNING_UNABLE_TO_RESOLVE_HOSTNAME, SMGR_ERROR_GENERIC_FAILURE}) {
+    for (const OperationRow& row : OperationTable()) {
+      if (row.invoke == nullptr) continue;
+      SCOPED_TRACE(std::string(row.szName) + " answered with " + std::to_string(result));
+      CallContext ctx;
+      const size_t nHandlesBefore = LiveHandleCount();
+      if (row.prepare != nullptr) row.prepare(ctx);
+      peer.onNextRequest(row.wRequestType, [answer = row.validResponse, result](const Request& request) {
+        Bytes message = answer(request.bytes());
+        std::memcpy(message.data() + sizeof(SMGRPROT_HEADER), &result, sizeof(result));
+        return Replies(Reply::raw(message));
+      });
+      const bool bSucceeds =
+          (result & SMGR_IS_SUCCESS_WITH_WARNING) && row.success == SuccessCodes::ZeroOrWarning;
+      EXPECT_EQ(row.invoke(ctx), bSucceeds ? TRUE : FALSE);
+      EXPECT_EQ(SessMgr_GetLastError(), result);
+      EXPECT_TRUE(ctx.guardsIntact());
+      if (row.finish != nullptr) row.finish(ctx);
+      EXPECT_EQ(LiveHandleCount(), nHandlesBefore);
+    }
   }
 }
 
