@@ -305,12 +305,13 @@ template <BOOL (*Fn)(const SMGR_OBJECT_SELECTOR*), bool bHandles, const HandleKi
 inline OperationRow SelectorRow(const char* szName, WORD wRequest, Bytes (*answer)(const Bytes&),
                                 SuccessCodes success) {
   std::vector<BadInput> bad = BadSelectorInputs<SelectorCall<Fn>, Kit>();
-  bad.push_back({"by a live handle",
-                 [](CallContext& ctx) {
-                   SMGR_OBJECT_SELECTOR s = ByHandle(ctx.hOpen);
-                   return Fn(&s);
-                 },
-                 bHandles ? acceptedAndSent : keptNoSend});
+  if (Kit.open != nullptr)
+    bad.push_back({"by a live handle",
+                   [](CallContext& ctx) {
+                     SMGR_OBJECT_SELECTOR s = ByHandle(ctx.hOpen);
+                     return Fn(&s);
+                   },
+                   bHandles ? acceptedAndSent : keptNoSend});
   return {szName,
           wRequest,
           success,
