@@ -301,32 +301,12 @@ void DecodeItems(smgr::test::ParamReader& in, WORD wExpectedType, WORD wSequence
         }
         SMGRPROT_HEADER header;
         memcpy(&header, message.data(), sizeof(header));
-        switch (f & 3) {
-          case 1:
-            header.wMsgType = wExpectedType;
-            break;
-          case 2:
-            header.wMsgType = SMGRPROT_REQUEST_PROGRESS_IND;
-            break;
-          case 3:
-            header.wMsgType = static_cast<WORD>(wExpectedType + 1 + (bTag >> 3));
-            break;
-          default:
-            break;
-        }
-        switch ((f >> 2) & 3) {
-          case 1:
-            header.wMsgSequence = wSequence;
-            break;
-          case 2:
-            header.wMsgSequence = static_cast<WORD>(wSequence - 1);
-            break;
-          case 3:
-            header.wMsgSequence = static_cast<WORD>(wSequence + 1 + (bTag >> 3));
-            break;
-          default:
-            break;
-        }
+        const WORD types[] = {header.wMsgType, wExpectedType, SMGRPROT_REQUEST_PROGRESS_IND,
+                              static_cast<WORD>(wExpectedType + 1 + (bTag >> 3))};
+        const WORD sequences[] = {header.wMsgSequence, wSequence, static_cast<WORD>(wSequence - 1),
+                                  static_cast<WORD>(wSequence + 1 + (bTag >> 3))};
+        header.wMsgType = types[f & 3];
+        header.wMsgSequence = sequences[(f >> 2) & 3];
         if (f & 0x10) header.wMsgSize = static_cast<WORD>(nLength);
         memcpy(message.data(), &header, sizeof(header));
         if (f & 0x60) {

@@ -39,7 +39,7 @@ void CannedExchangeStillWorks() {
 }  // namespace
 
 // Per row: the valid answer under several caller shapes, the valid answer
-// after a stale one, and a send failure.
+// after a stale one, the valid answer cut short, and a send failure.
 std::vector<Bytes> smgr::fuzz::SeedInputs() {
   std::vector<Bytes> seeds;
   const auto& rows = FuzzedRows();
@@ -57,6 +57,13 @@ std::vector<Bytes> smgr::fuzz::SeedInputs() {
     const uint8_t bFixups = 0x80 | 0x01 | (2 << 2) | 0x10;
     stale.insert(stale.end(), {0, 0xFF, 0x1F, bFixups, 0, 7});
     seeds.push_back(stale);
+    // The valid response cut short (type, sequence and wMsgSize fixed up).
+    for (uint8_t bLength : {18, 24, 40}) {
+      Bytes cut = {bRow, 0};
+      cut.insert(cut.end(), kParamBytes, 0);
+      cut.insert(cut.end(), {0, bLength, 0, 0x80 | 0x01 | (1 << 2) | 0x10, 0});
+      seeds.push_back(cut);
+    }
     seeds.push_back(Bytes{bRow, 1});
   }
   return seeds;

@@ -1,6 +1,6 @@
 // Start-up, the connect handshake and shutdown against the test peer: the
 // exact bytes of connect, disconnect and system shutdown, the usage count,
-// the version check, refusals and a missing daemon.
+// refusals, a truncated answer and a missing daemon.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -79,31 +79,6 @@ TEST(Lifecycle, OnlyFirstInitConnectsAndOnlyLastShutdownDisconnects) {
   EXPECT_EQ(g_InMsgQID, static_cast<mqd_t>(-1));
 }
 
-TEST(Lifecycle, ReinitialisationUsesTheNextQueueName) {
-  TestPeer peer;
-  peer.start();
-  ASSERT_TRUE(SessMgrLib_Init(SMGR_API_VERSION_1_0, nullptr));
-  std::string first = peer.lastRequest(SMGRPROT_USER_CONNECT_REQ)->text(16, 32);
-  ShutdownLibraryCompletely();
-  ASSERT_TRUE(SessMgrLib_Init(SMGR_API_VERSION_1_0, nullptr));
-  std::string second = peer.lastRequest(SMGRPROT_USER_CONNECT_REQ)->text(16, 32);
-  ShutdownLibraryCompletely();
-  unsigned nFirst = std::stoul(first.substr(ExpectedQueuePrefix().size()));
-  unsigned nSecond = std::stoul(second.substr(ExpectedQueuePrefix().size()));
-  EXPECT_EQ(nSecond, (nFirst + 1) & 0xFFFF);
-}
-
-TEST(Lifecycle, UnsupportedVersionFailsWith63AndSendsNothing) {
-  TestPeer peer;
-  peer.start();
-  DWORD dwActual = 0xDEAD;
-  EXPECT_FALSE(SessMgrLib_Init(0x00010001, &dwActual));
-  EXPECT_EQ(SessMgr_GetLastError(), SMGR_ERROR_UNSUPPORTED_CLIENT_API_VERSION);
-  EXPECT_EQ(dwActual, 0xDEADu);
-  EXPECT_FALSE(IsLibraryInitialised());
-  EXPECT_TRUE(peer.requests().empty());
-}
-
 TEST(Lifecycle, MissingDaemonQueueFailsWith11) {
   PeerOptions options;
   options.bCreateDaemonQueue = false;
@@ -142,15 +117,6 @@ TEST(Lifecycle, TruncatedConnectResponseFailsWith11) {
   ShutdownLibraryCompletely();
 }
 
-TEST(Lifecycle, NotInitialisedOperationsFailWith14) {
-  ASSERT_FALSE(IsLibraryInitialised());
-  SMGR_DEBUG_INFO info{};
-  EXPECT_FALSE(SessMgr_GetDebugInfo(&info));
-  EXPECT_EQ(SessMgr_GetLastError(), SMGR_ERROR_LIB_NOT_INITIALIZED);
-  EXPECT_FALSE(SessMgr_Shutdown());
-  EXPECT_EQ(SessMgr_GetLastError(), SMGR_ERROR_LIB_NOT_INITIALIZED);
-}
-
 class ConnectedLifecycle : public ConnectedPeerTest {};
 
 TEST_F(ConnectedLifecycle, SystemShutdownRequestIsExactAndAwaitsNothing) {
@@ -183,7 +149,6 @@ TEST_F(ConnectedLifecycle, SetUidImpersonatesKnownUsersOnlyForRoot) {
     EXPECT_FALSE(SessMgrLib_SetUID(0));
     return;
   }
-  EXPECT_FALSE(SessMgrLib_SetUID(987654321)) << "unknown user";
   ASSERT_TRUE(SessMgrLib_SetUID(65534));
   SMGR_DEBUG_INFO info{};
   ASSERT_TRUE(SessMgr_GetDebugInfo(&info));

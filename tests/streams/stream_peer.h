@@ -1,11 +1,12 @@
 // Shared set-up of the stream peer tests: a connected library, the stream
-// response sizes, and small builders of configurations and selectors.
+// response sizes, a builder of configurations (selectors: row_kit.h).
 #pragma once
 
 #include <cstring>
 #include <string>
 
 #include "peer_fixture.h"
+#include "row_kit.h"
 #include "sessmgr_api.h"
 #include "smgr_protocol.h"
 
@@ -44,25 +45,6 @@ class StreamPeerTest : public ConnectedPeerTest {
     cfg.ContentSources[0].Selector.enType = SMGR_SELECTBY_OBJECT_ID;
     cfg.ContentSources[0].Selector.Via.ID = 1;
     return cfg;
-  }
-
-  static SMGR_OBJECT_SELECTOR ById(int nID) {
-    SMGR_OBJECT_SELECTOR selector{};
-    selector.enType = SMGR_SELECTBY_OBJECT_ID;
-    selector.Via.ID = nID;
-    return selector;
-  }
-  static SMGR_OBJECT_SELECTOR ByName(const char* szName) {
-    SMGR_OBJECT_SELECTOR selector{};
-    selector.enType = SMGR_SELECTBY_OBJECT_NAME;
-    selector.Via.szName = szName;
-    return selector;
-  }
-  static SMGR_OBJECT_SELECTOR ByHandle(HSTREAM hStream) {
-    SMGR_OBJECT_SELECTOR selector{};
-    selector.enType = SMGR_SELECTBY_OBJECT_HANDLE;
-    selector.Via.Handle = hStream;
-    return selector;
   }
 };
 

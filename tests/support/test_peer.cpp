@@ -76,10 +76,7 @@ Reply Reply::raw(Bytes bytes) {
   return reply;
 }
 
-Reply& Reply::size(size_t nSize) {
-  size_ = nSize;
-  return *this;
-}
+Reply& Reply::size(size_t nSize) { return set(size_, nSize); }
 Reply& Reply::result(SMGR_RESULT result) { return put(16, result); }
 Reply& Reply::description(const std::string& text) {
   char sz[160] = {};
@@ -91,34 +88,13 @@ Reply& Reply::bytes(size_t nOffset, const void* pvData, size_t nLength) {
   patches_.emplace_back(nOffset, Bytes(pb, pb + nLength));
   return *this;
 }
-Reply& Reply::type(WORD wType) {
-  type_ = wType;
-  return *this;
-}
-Reply& Reply::typeDelta(int nDelta) {
-  typeDelta_ = nDelta;
-  return *this;
-}
-Reply& Reply::sequenceDelta(int nDelta) {
-  sequenceDelta_ = nDelta;
-  return *this;
-}
-Reply& Reply::reportedSize(WORD wSize) {
-  reportedSize_ = wSize;
-  return *this;
-}
-Reply& Reply::truncateTo(size_t nBytes) {
-  truncate_ = nBytes;
-  return *this;
-}
-Reply& Reply::delay(std::chrono::milliseconds wait) {
-  delay_ = wait;
-  return *this;
-}
-Reply& Reply::daemonPid(pid_t pid) {
-  pid_ = pid;
-  return *this;
-}
+Reply& Reply::type(WORD wType) { return set(type_, wType); }
+Reply& Reply::typeDelta(int nDelta) { return set(typeDelta_, nDelta); }
+Reply& Reply::sequenceDelta(int nDelta) { return set(sequenceDelta_, nDelta); }
+Reply& Reply::reportedSize(WORD wSize) { return set(reportedSize_, wSize); }
+Reply& Reply::truncateTo(size_t nBytes) { return set(truncate_, nBytes); }
+Reply& Reply::delay(std::chrono::milliseconds wait) { return set(delay_, wait); }
+Reply& Reply::daemonPid(pid_t pid) { return set(pid_, pid); }
 
 Bytes Reply::build(const Request& request, size_t nDefaultSize) const {
   if (raw_) return rawBytes_;

@@ -108,6 +108,12 @@ class Reply {
   std::chrono::milliseconds delayBefore() const { return delay_; }
 
  private:
+  template <typename Field, typename Value>
+  Reply& set(Field& field, Value value) {
+    field = value;
+    return *this;
+  }
+
   bool raw_ = false;
   Bytes rawBytes_;
   std::optional<size_t> size_;

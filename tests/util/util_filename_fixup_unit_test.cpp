@@ -4,10 +4,9 @@
 
 #include <cstring>
 #include <string>
-#include <vector>
 
-#include "lib_trace.h"
-#include "sessmgr/sm_utils.h"
+#include "library_channel.h"
+#include "sessmgr_api.h"
 #include "trace_capture.h"
 #include "util_string.h"
 
@@ -18,17 +17,9 @@ using smgr::test::TraceCapture;
 constexpr const char* kConfigDir = "/usr/share/ostrelle/config/";
 constexpr const char* kStillDir = "/usr/share/ostrelle/still_images/";
 
-// Attaches the library's channel for the test so that its traces can be captured.
 class FileNameTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    hSaved_ = g_hSMGRApiDbg;
-    ASSERT_TRUE(_DoDbgInit("SESSMGRLIB", &g_hSMGRApiDbg));
-  }
-  void TearDown() override {
-    _DoDbgUninitEx(g_hSMGRApiDbg, __func__, __FILE__, __LINE__);
-    g_hSMGRApiDbg = hSaved_;
-  }
+  void SetUp() override { smgr::test::AttachLibraryChannel(); }
 
   struct Outcome {
     BOOL bOk;
@@ -53,18 +44,7 @@ class FileNameTest : public ::testing::Test {
     BOOL bOk = FixUpInputFileNameNoPath(acBuffer, SMGR_MAX_API_FNAME_SIZE, kStillDir, ".mp4", &nErrCode);
     return {bOk, nErrCode, acBuffer};
   }
-
- private:
-  HDBG hSaved_ = nullptr;
 };
-
-TEST_F(FileNameTest, EmptyNameIsAcceptedUnchanged) {
-  EXPECT_TRUE(fixUp("").bOk);
-  EXPECT_EQ(fixUp("").name, "");
-  NoPathOutcome outcome = noPath("");
-  EXPECT_TRUE(outcome.bOk);
-  EXPECT_EQ(outcome.nErrCode, -1);
-}
 
 TEST_F(FileNameTest, BareNameGetsExtensionAndStandardFolder) {
   TraceCapture capture;
@@ -77,66 +57,46 @@ TEST_F(FileNameTest, BareNameGetsExtensionAndStandardFolder) {
   for (const auto& trace : capture.traces()) EXPECT_EQ(trace.function, "FixUpInputFileName");
 }
 
-TEST_F(FileNameTest, ExistingExtensionIsKeptAndDotFolderMeansStandard) {
+TEST_F(FileNameTest, ExtensionKeptFoldersKeptOrStandard) {
   TraceCapture capture;
   EXPECT_EQ(fixUp("day.cfg").name, "/usr/share/ostrelle/config/day.cfg");
   EXPECT_FALSE(capture.hasFragment("Need to provide extension"));
   EXPECT_EQ(fixUp("./day.cfg").name, "/usr/share/ostrelle/config/day.cfg");
-}
-
-TEST_F(FileNameTest, NameWithFolderKeepsIt) {
+  EXPECT_EQ(fixUp("").name, "") << "empty names are accepted unchanged";
   EXPECT_EQ(fixUp("/tmp/x").name, "/tmp/x.cfg");
   EXPECT_EQ(fixUp("rel/dir/x.cfg").name, "rel/dir/x.cfg");
-}
-
-TEST_F(FileNameTest, TrailingSlashOfFolderIsDropped) {
   // The root folder loses its one "/" and so counts as no folder at all.
   EXPECT_EQ(fixUp("/x").name, "/usr/share/ostrelle/config/x.cfg");
   // A name ending in "/" has an empty base name; its folder is the parent.
   EXPECT_EQ(fixUp("/tmp/sub/").name, "/tmp/.cfg");
 }
 
-TEST_F(FileNameTest, LengthLimitsOfTheName) {
+// Refused names are left as they were, with the reason traced.
+TEST_F(FileNameTest, LengthLimitsOfTheNameTheFolderAndTheCaller) {
   TraceCapture capture;
-  std::string name287 = "/t/" + std::string(280, 'a') + ".cfg";
-  ASSERT_EQ(name287.size(), 287u);
-  Outcome outcome = fixUp(name287);
-  EXPECT_TRUE(outcome.bOk);
-  EXPECT_EQ(outcome.name, name287);
-
-  std::string name288 = name287 + "x";
-  outcome = fixUp(name288, 400);
-  EXPECT_FALSE(outcome.bOk);
-  EXPECT_EQ(outcome.name, name288);  // refused names are left as they were
-  EXPECT_TRUE(capture.has("File name is too long.\n"));
-  EXPECT_TRUE(capture.has("Resulting FALSE.\n"));
-}
-
-TEST_F(FileNameTest, ExtensionThatBustsTheLimit) {
-  std::string name = "/t/" + std::string(284, 'a');  // base name 284 + ".cfg" = 288
-  Outcome outcome = fixUp(name);
-  EXPECT_FALSE(outcome.bOk);
-  EXPECT_EQ(outcome.name, name);
-  std::string fits = "/t/" + std::string(280, 'a');  // 284 + ".cfg" = 287 characters
-  EXPECT_TRUE(fixUp(fits).bOk);
-}
-
-TEST_F(FileNameTest, StandardFolderThatBustsTheLimit) {
-  TraceCapture capture;
-  std::string name(270, 'b');
-  Outcome outcome = fixUp(name);
-  EXPECT_FALSE(outcome.bOk);
-  EXPECT_EQ(outcome.name, name);
-  EXPECT_TRUE(capture.has("Adding standard path would bust file name limit.\n"));
-}
-
-TEST_F(FileNameTest, CallerSizeLimitsTheResult) {
-  TraceCapture capture;
-  EXPECT_FALSE(fixUp("/tmp/abc", 12).bOk);  // "/tmp/abc.cfg" needs 13
-  EXPECT_TRUE(capture.has("File name is too long.\n"));
-  Outcome outcome = fixUp("/tmp/abc", 13);
-  EXPECT_TRUE(outcome.bOk);
-  EXPECT_EQ(outcome.name, "/tmp/abc.cfg");
+  const std::string name287 = "/t/" + std::string(280, 'a') + ".cfg";
+  EXPECT_EQ(fixUp(name287).name, name287);
+  EXPECT_TRUE(fixUp(name287).bOk);
+  EXPECT_TRUE(fixUp("/tmp/abc", 13).bOk);
+  const struct {
+    std::string name;
+    int nSize;
+    const char* szTrace;
+  } refused[] = {
+      {name287 + "x", 400, "File name is too long.\n"},
+      {"/t/" + std::string(284, 'a'), SMGR_MAX_API_FNAME_SIZE,
+       "File name is too long.\n"},  // 288 with ".cfg"
+      {std::string(270, 'b'), SMGR_MAX_API_FNAME_SIZE, "Adding standard path would bust file name limit.\n"},
+      {"/tmp/abc", 12, "File name is too long.\n"},  // "/tmp/abc.cfg" needs 13
+  };
+  for (const auto& c : refused) {
+    capture.clear();
+    Outcome outcome = fixUp(c.name, c.nSize);
+    EXPECT_FALSE(outcome.bOk) << c.name;
+    EXPECT_EQ(outcome.name, c.name);
+    EXPECT_TRUE(capture.has(c.szTrace)) << c.name;
+    EXPECT_TRUE(capture.has("Resulting FALSE.\n")) << c.name;
+  }
 }
 
 TEST_F(FileNameTest, NoPathReducesToBaseNameWithExtension) {
@@ -146,6 +106,8 @@ TEST_F(FileNameTest, NoPathReducesToBaseNameWithExtension) {
   EXPECT_EQ(outcome.nErrCode, -1);
   EXPECT_EQ(noPath(std::string(kStillDir) + "logo.mp4").name, "logo.mp4");
   EXPECT_EQ(noPath("./logo.mp4").name, "logo.mp4");
+  EXPECT_TRUE(noPath("").bOk);
+  EXPECT_EQ(noPath("").nErrCode, -1);
 }
 
 TEST_F(FileNameTest, NoPathRefusesOtherFolders) {
@@ -181,15 +143,7 @@ TEST_F(FileNameTest, NoPathLengthLimits) {
   EXPECT_TRUE(capture.has("File name is too long.\n"));
 }
 
-TEST_F(FileNameTest, NoPathWithoutErrorCodePointer) {
-  char acBuffer[SMGR_MAX_API_FNAME_SIZE] = "/tmp/logo";
-  EXPECT_FALSE(FixUpInputFileNameNoPath(acBuffer, SMGR_MAX_API_FNAME_SIZE, kStillDir, ".mp4", nullptr));
-  std::string tooLong(284, 'e');
-  CopyString(acBuffer, tooLong.c_str(), sizeof(acBuffer));
-  EXPECT_FALSE(FixUpInputFileNameNoPath(acBuffer, SMGR_MAX_API_FNAME_SIZE, kStillDir, ".mp4", nullptr));
-}
-
-TEST_F(FileNameTest, NoPathAssertsTheBufferSize) {
+TEST_F(FileNameTest, NoPathAssertsTheBufferSizeAndGoesOn) {
   smgr::util::SetAssertAbortEnabled(false);
   TraceCapture capture;
   char acBuffer[SMGR_MAX_API_FNAME_SIZE] = "logo";
@@ -198,83 +152,22 @@ TEST_F(FileNameTest, NoPathAssertsTheBufferSize) {
   smgr::util::SetAssertAbortEnabled(true);
 }
 
-TEST_F(FileNameTest, MissingArgumentsAreRefusedWithTheExpressionAsWritten) {
-  smgr::util::SetAssertAbortEnabled(false);
-  TraceCapture capture;
-  EXPECT_FALSE(FixUpInputFileName(nullptr, SMGR_MAX_API_FNAME_SIZE, kConfigDir, ".cfg"));
-  EXPECT_TRUE(capture.has("Assertion failed: szInOutFName != NULL\n"));
-  char acBuffer[SMGR_MAX_API_FNAME_SIZE] = "x";
-  EXPECT_FALSE(FixUpInputFileNameNoPath(acBuffer, SMGR_MAX_API_FNAME_SIZE, nullptr, ".mp4", nullptr));
-  EXPECT_STREQ(acBuffer, "x");
-  smgr::util::SetAssertAbortEnabled(true);
-}
-
-// Same layout as the public selector record.
-#pragma pack(push, 4)
-struct Selector {
-  int32_t enType;
-  union {
-    int32_t ID;
-    char* szName;
-    void* Handle;
-  } Via;
-};
-#pragma pack(pop)
-
-std::string selectorText(const Selector& selector, size_t nSize = 80) {
+std::string SelectorText(SMGR_OBJECT_SELECTOR selector, size_t nSize = 80) {
   char acBuffer[80];
-  char* szResult = GetObjectSelectorInfoText(
-      reinterpret_cast<const struct tagSMGR_OBJECT_SELECTOR*>(&selector), acBuffer, nSize);
-  EXPECT_EQ(szResult, acBuffer);
+  EXPECT_EQ(GetObjectSelectorInfoText(&selector, acBuffer, nSize), acBuffer);
   return acBuffer;
 }
 
-TEST(SelectorTextTest, EachKind) {
-  Selector selector{};
-  selector.enType = 0;
-  selector.Via.ID = -3;
-  EXPECT_EQ(selectorText(selector), "By ID: -3");
-  char acName[] = "cam one";
-  selector.enType = 1;
-  selector.Via.szName = acName;
-  EXPECT_EQ(selectorText(selector), "By NAME: \"cam one\"");
-  selector.enType = 2;
-  selector.Via.Handle = reinterpret_cast<void*>(0x1234);
-  EXPECT_EQ(selectorText(selector), "By HANDLE: 0x1234");
-  selector.enType = 7;
-  EXPECT_EQ(selectorText(selector), "Invalid type 7");
-}
-
-TEST(SelectorTextTest, TruncatedToBufferSize) {
-  Selector selector{};
-  selector.Via.ID = 12345;
-  EXPECT_EQ(selectorText(selector, 6), "By ID");
-  EXPECT_EQ(selectorText(selector, 1), "");
-}
-
-// A caller's buffer of nSize bytes is all the library may read: a name that
-// fills it without a terminator is refused and left as it was (exact-size heap
-// buffers make any read past it an AddressSanitizer report).
-TEST_F(FileNameTest, UnterminatedNameFillingTheCallerBufferIsRefusedWithoutReadingPastIt) {
-  std::vector<char> name(8, 'a');
-  EXPECT_FALSE(FixUpInputFileName(name.data(), static_cast<int>(name.size()), kStillDir, ".mp4"));
-  EXPECT_EQ(std::string(name.begin(), name.end()), "aaaaaaaa");
-  int nErrCode = -1;
-  EXPECT_FALSE(
-      FixUpInputFileNameNoPath(name.data(), static_cast<int>(name.size()), kStillDir, ".mp4", &nErrCode));
-  EXPECT_EQ(nErrCode, 210);
-  EXPECT_EQ(std::string(name.begin(), name.end()), "aaaaaaaa");
-}
-
-TEST_F(FileNameTest, NoPathRefusesAResultThatDoesNotFitTheCallerBufferInsteadOfCuttingIt) {
-  char acName[8] = "abcd";  // "abcd.mp4" needs 9 bytes
-  int nErrCode = -1;
-  EXPECT_FALSE(FixUpInputFileNameNoPath(acName, sizeof(acName), kStillDir, ".mp4", &nErrCode));
-  EXPECT_EQ(nErrCode, 210);
-  EXPECT_STREQ(acName, "abcd");
-  char acFits[9] = "abcd";
-  EXPECT_TRUE(FixUpInputFileNameNoPath(acFits, sizeof(acFits), kStillDir, ".mp4", &nErrCode));
-  EXPECT_STREQ(acFits, "abcd.mp4");
+TEST(SelectorTextTest, EachKindAndTruncation) {
+  EXPECT_EQ(SelectorText({SMGR_SELECTBY_OBJECT_ID, {-3}}), "By ID: -3");
+  SMGR_OBJECT_SELECTOR selector{SMGR_SELECTBY_OBJECT_NAME, {}};
+  selector.Via.szName = "cam one";
+  EXPECT_EQ(SelectorText(selector), "By NAME: \"cam one\"");
+  selector.enType = SMGR_SELECTBY_OBJECT_HANDLE;
+  selector.Via.Handle = reinterpret_cast<HSMGR>(0x1234);
+  EXPECT_EQ(SelectorText(selector), "By HANDLE: 0x1234");
+  EXPECT_EQ(SelectorText({7, {0}}), "Invalid type 7");
+  EXPECT_EQ(SelectorText({SMGR_SELECTBY_OBJECT_ID, {12345}}, 6), "By ID");
 }
 
 }  // namespace

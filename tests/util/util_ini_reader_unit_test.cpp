@@ -38,28 +38,13 @@ TEST(IniReaderTest, ReadsKeyOfNamedSectionOnly) {
   EXPECT_TRUE(lookup(file, "API Library", "ResponseTimeout").bFound);
 }
 
-TEST(IniReaderTest, BlanksAroundNamesKeysAndValues) {
-  TempFile file("  [  API Library ]  \n\t ResponseTimeout   =\t 1200  \n");
-  Lookup result = lookup(file, "API Library", "ResponseTimeout");
-  EXPECT_TRUE(result.bFound);
-  EXPECT_EQ(result.nValue, 1200);
-}
-
-TEST(IniReaderTest, SectionAndKeyNamesIgnoreCase) {
-  TempFile file("[api library]\nresponsetimeout=42\n");
-  EXPECT_EQ(lookup(file, "API Library", "ResponseTimeout").nValue, 42);
-}
-
-TEST(IniReaderTest, CommentsWholeLineAndTrailing) {
-  TempFile file("; leading comment\n# another\n[S]\n;Key=1\n#Key=2\nKey = 3 ; trailing\nOther=4# tight\n");
-  EXPECT_EQ(lookup(file, "S", "Key").nValue, 3);
-  EXPECT_EQ(lookup(file, "S", "Other").nValue, 4);
-}
-
-TEST(IniReaderTest, CrlfLineEndsAndByteOrderMark) {
-  TempFile file("\xEF\xBB\xBF[S]\r\nA=5\r\nB = 0x10 \r\n");
-  EXPECT_EQ(lookup(file, "S", "A").nValue, 5);
-  EXPECT_EQ(lookup(file, "S", "B").nValue, 16);
+TEST(IniReaderTest, BlanksCaseCommentsCrlfAndByteOrderMark) {
+  TempFile file(
+      "\xEF\xBB\xBF; leading comment\r\n# another\n  [  api library ]  \n\t responsetimeout   =\t 1200  \n"
+      ";Key=1\n#Key=2\nKey = 3 ; trailing\r\nOther=4# tight\n");
+  EXPECT_EQ(lookup(file, "API Library", "ResponseTimeout").nValue, 1200);
+  EXPECT_EQ(lookup(file, "API Library", "Key").nValue, 3);
+  EXPECT_EQ(lookup(file, "API Library", "Other").nValue, 4);
 }
 
 TEST(IniReaderTest, MissingFileSectionOrKeyGiveDefault) {
@@ -73,12 +58,8 @@ TEST(IniReaderTest, MissingFileSectionOrKeyGiveDefault) {
   int nValue = 0;
   EXPECT_FALSE(CfgFile_GetIntValue("/nonexistent/dir/settings.ini", "S", "A", &nValue, 60));
   EXPECT_EQ(nValue, 60);
-}
-
-TEST(IniReaderTest, KeyBeforeAnySectionBelongsToNone) {
-  TempFile file("A=1\n[S]\nB=2\n");
-  EXPECT_FALSE(lookup(file, "S", "A").bFound);
-  EXPECT_FALSE(lookup(file, "", "A").bFound);
+  TempFile before("A=1\n[S]\nB=2\n");
+  EXPECT_FALSE(lookup(before, "S", "A").bFound) << "a key before any section belongs to none";
 }
 
 TEST(IniReaderTest, NumberForms) {
@@ -130,46 +111,28 @@ TEST(SettingsFileTest, EnvironmentOverridesDefault) {
   EXPECT_STREQ(GetSettingsFileName(), "/tmp/elsewhere.ini");
 }
 
-TEST(PersonalityTest, FromEnvironmentCaseInsensitive) {
-  ScopedSettingsFile settings("[System]\nPersonality=SDI\n");
-  {
-    ScopedEnv env("SESSMGR_PERSONALITY", "2110");
-    EXPECT_EQ(GetSystemPersonality(), VDR2_PERSONALITY_2110);
+// The environment first (any case), then key Personality of [System] as text or
+// number, else SDI; unknown values are ignored at either place.
+TEST(PersonalityTest, EnvironmentThenSettingsFileThenSdi) {
+  struct Case {
+    std::optional<std::string> env;
+    const char* szSettings;
+    int expected;
+  };
+  const Case cases[] = {
+      {"2110", "[System]\nPersonality=SDI\n", VDR2_PERSONALITY_2110},
+      {"sdi", "[System]\nPersonality=2110\n", VDR2_PERSONALITY_SDI},
+      {std::nullopt, "[system]\npersonality = 2110\n", VDR2_PERSONALITY_2110},
+      {std::nullopt, "[System]\nPersonality=1\n", VDR2_PERSONALITY_2110},
+      {"bogus", "[System]\nPersonality=2110\n", VDR2_PERSONALITY_2110},
+      {"bogus", "[System]\nPersonality=analog\n", VDR2_PERSONALITY_SDI},
+      {std::nullopt, "[Other]\nPersonality=2110\n", VDR2_PERSONALITY_SDI},
+  };
+  for (const Case& c : cases) {
+    ScopedEnv env("SESSMGR_PERSONALITY", c.env);
+    ScopedSettingsFile settings(c.szSettings);
+    EXPECT_EQ(GetSystemPersonality(), c.expected) << c.env.value_or("(unset)") << " / " << c.szSettings;
   }
-  ScopedEnv env("SESSMGR_PERSONALITY", "sdi");
-  EXPECT_EQ(GetSystemPersonality(), VDR2_PERSONALITY_SDI);
-}
-
-TEST(PersonalityTest, FromSettingsFileAsTextOrNumber) {
-  ScopedEnv env("SESSMGR_PERSONALITY", std::nullopt);
-  {
-    ScopedSettingsFile settings("[system]\npersonality = 2110\n");
-    EXPECT_EQ(GetSystemPersonality(), VDR2_PERSONALITY_2110);
-  }
-  {
-    ScopedSettingsFile settings("[System]\nPersonality=1\n");
-    EXPECT_EQ(GetSystemPersonality(), VDR2_PERSONALITY_2110);
-  }
-  {
-    ScopedSettingsFile settings("[System]\nPersonality=Sdi\n");
-    EXPECT_EQ(GetSystemPersonality(), VDR2_PERSONALITY_SDI);
-  }
-}
-
-TEST(PersonalityTest, DefaultsToSdi) {
-  ScopedEnv env("SESSMGR_PERSONALITY", "bogus");  // unknown values are ignored
-  {
-    ScopedSettingsFile settings("[System]\nPersonality=analog\n");
-    EXPECT_EQ(GetSystemPersonality(), VDR2_PERSONALITY_SDI);
-  }
-  ScopedSettingsFile settings("[Other]\nPersonality=2110\n");
-  EXPECT_EQ(GetSystemPersonality(), VDR2_PERSONALITY_SDI);
-}
-
-TEST(PersonalityTest, UnknownEnvironmentValueFallsBackToFile) {
-  ScopedEnv env("SESSMGR_PERSONALITY", "bogus");
-  ScopedSettingsFile settings("[System]\nPersonality=2110\n");
-  EXPECT_EQ(GetSystemPersonality(), VDR2_PERSONALITY_2110);
 }
 
 }  // namespace

@@ -14,7 +14,6 @@ Bytes ThreadsAnswer(const Bytes& request) { return PageAnswer(request, sizeof(SM
 Bytes MutexesAnswer(const Bytes& request) { return PageAnswer(request, sizeof(SMGR_MUTEX_INFO), 3); }
 
 std::vector<OperationRow> DiagnosticsRows() {
-  [[maybe_unused]] const Expectation local{TRUE, LE::Unchanged};
   std::vector<OperationRow> rows;
   // -- Diagnostics.
   rows.push_back({"SessMgr_SetDebugState",

@@ -60,45 +60,17 @@ inline Bytes PageAnswer(const Bytes& request, size_t nElementSize, size_t nMaxRe
 // A page buffer size chosen by a parameter byte: none, tiny, one short of an
 // element, exactly one, two and a bit, and a size no daemon answer fills.
 inline size_t PageBufferSize(uint8_t bChoice, size_t nElementSize) {
-  switch (bChoice % 7) {
-    case 0:
-      return 3 * nElementSize + 7;
-    case 1:
-      return 0;
-    case 2:
-      return 1;
-    case 3:
-      return nElementSize - 1;
-    case 4:
-      return nElementSize;
-    case 5:
-      return 2 * nElementSize + 1;
-    default:
-      return 64 * 1024;
-  }
+  const size_t sizes[] = {3 * nElementSize + 7, 0,        1, nElementSize - 1, nElementSize,
+                          2 * nElementSize + 1, 64 * 1024};
+  return sizes[bChoice % 7];
 }
 
 // An API record of nRecordSize bytes whose nSize says nClaimed: older
 // (shorter), exact, or newer (longer) callers.
 template <typename T>
 T* SizedRecord(CallContext& ctx, uint8_t bChoice) {
-  size_t nSize = sizeof(T);
-  switch (bChoice % 5) {
-    case 1:
-      nSize = sizeof(T) - 1;
-      break;
-    case 2:
-      nSize = 100;
-      break;
-    case 3:
-      nSize = sizeof(T) + 256;
-      break;
-    case 4:
-      nSize = 4;
-      break;
-    default:
-      break;
-  }
+  const size_t sizes[] = {sizeof(T), sizeof(T) - 1, 100, sizeof(T) + 256, 4};
+  const size_t nSize = sizes[bChoice % 5];
   GuardedBuffer& buffer = ctx.buffer(nSize, 0x11);
   uint32_t nSize32 = static_cast<uint32_t>(nSize);
   std::memcpy(buffer.data(), &nSize32, sizeof(nSize32));
@@ -254,6 +226,14 @@ inline std::vector<BadInput> AddressBadInputs() {
 inline const Expectation invalidNoSend{FALSE, LE::Equals, SMGR_ERROR_INVALID_PARAMETERS, false};
 inline const Expectation keptNoSend{FALSE, LE::Unchanged, 0, false};
 inline const Expectation acceptedAndSent{TRUE, LE::Equals, SMGR_ERROR_SUCCESS, true};
+// A local operation that behaved as documented (the call returns TRUE when it did).
+inline const Expectation asDocumented{TRUE, LE::Unchanged};
+
+// An operation only the sweep exercises (no valid invocation): local ones send
+// nothing (wRequest 0); lifecycle ones name the request they would send.
+inline OperationRow SweepOnlyRow(const char* szName, std::vector<BadInput> badInputs, WORD wRequest = 0) {
+  return {szName, wRequest, SuccessCodes::ZeroOnly, nullptr, nullptr, nullptr, nullptr, std::move(badInputs)};
+}
 
 using PageFn = BOOL (*)(void*, size_t, UINT, UINT*, UINT*, size_t*);
 
@@ -289,51 +269,26 @@ inline OperationRow PagedRow(const char* szName, WORD wRequest, Bytes (*answer)(
 // The bad selectors every selector operation is swept with. The call is a type
 // (Call::With) so that captureless lambdas, which rows store as plain function
 // pointers, can reach the operation.
+template <typename Call>
+inline BOOL CallWith(CallContext& ctx, SMGR_OBJECT_SELECTOR selector) {
+  return Call::With(ctx, &selector);
+}
+
 template <typename Call, const HandleKit& Kit>
 inline std::vector<BadInput> BadSelectorInputs() {
   return {
       {"NULL selector", [](CallContext& ctx) { return Call::With(ctx, nullptr); }, invalidNoSend},
-      {"selector kind 5",
-       [](CallContext& ctx) {
-         SMGR_OBJECT_SELECTOR s = OfKind(5);
-         return Call::With(ctx, &s);
-       },
+      {"selector kind 5", [](CallContext& ctx) { return CallWith<Call>(ctx, OfKind(5)); }, keptNoSend},
+      {"selector kind INT_MIN", [](CallContext& ctx) { return CallWith<Call>(ctx, OfKind(INT32_MIN)); },
        keptNoSend},
-      {"selector kind INT_MIN",
-       [](CallContext& ctx) {
-         SMGR_OBJECT_SELECTOR s = OfKind(INT32_MIN);
-         return Call::With(ctx, &s);
-       },
-       keptNoSend},
-      {"by NULL name",
-       [](CallContext& ctx) {
-         SMGR_OBJECT_SELECTOR s = ByName(nullptr);
-         return Call::With(ctx, &s);
-       },
-       invalidNoSend},
-      {"by wiped handle",
-       [](CallContext& ctx) {
-         SMGR_OBJECT_SELECTOR s = ByHandle(wipedHandle());
-         return Call::With(ctx, &s);
-       },
+      {"by NULL name", [](CallContext& ctx) { return CallWith<Call>(ctx, ByName(nullptr)); }, invalidNoSend},
+      {"by wiped handle", [](CallContext& ctx) { return CallWith<Call>(ctx, ByHandle(wipedHandle())); },
        keptNoSend},
       {"by handle of another family",
-       [](CallContext& ctx) {
-         SMGR_OBJECT_SELECTOR s = ByHandle(foreignHandle(Kit.dwForeignSignature));
-         return Call::With(ctx, &s);
-       },
+       [](CallContext& ctx) { return CallWith<Call>(ctx, ByHandle(foreignHandle(Kit.dwForeignSignature))); },
        keptNoSend},
-      {"by NULL handle",
-       [](CallContext& ctx) {
-         SMGR_OBJECT_SELECTOR s = ByHandle(nullptr);
-         return Call::With(ctx, &s);
-       },
-       keptNoSend},
-      {"by a 70-character name",
-       [](CallContext& ctx) {
-         SMGR_OBJECT_SELECTOR s = ByName(kLongName);
-         return Call::With(ctx, &s);
-       },
+      {"by NULL handle", [](CallContext& ctx) { return CallWith<Call>(ctx, ByHandle(nullptr)); }, keptNoSend},
+      {"by a 70-character name", [](CallContext& ctx) { return CallWith<Call>(ctx, ByName(kLongName)); },
        acceptedAndSent},
   };
 }
@@ -344,20 +299,30 @@ struct SelectorCall {
   static BOOL With(CallContext&, const SMGR_OBJECT_SELECTOR* pSelector) { return Fn(pSelector); }
 };
 
+// bHandles: whether the operation accepts a live handle of its family (sent as
+// its ID); the others refuse it like any bad selector.
 template <BOOL (*Fn)(const SMGR_OBJECT_SELECTOR*), bool bHandles, const HandleKit& Kit>
 inline OperationRow SelectorRow(const char* szName, WORD wRequest, Bytes (*answer)(const Bytes&),
                                 SuccessCodes success) {
+  std::vector<BadInput> bad = BadSelectorInputs<SelectorCall<Fn>, Kit>();
+  if (Kit.open != nullptr)
+    bad.push_back({"by a live handle",
+                   [](CallContext& ctx) {
+                     SMGR_OBJECT_SELECTOR s = ByHandle(ctx.hOpen);
+                     return Fn(&s);
+                   },
+                   bHandles ? acceptedAndSent : keptNoSend});
   return {szName,
           wRequest,
           success,
           answer,
-          bHandles ? Kit.open : nullptr,
+          Kit.open,
           [](CallContext& ctx) {
             SMGR_OBJECT_SELECTOR s = ChosenSelector(ctx, bHandles);
             return Fn(&s);
           },
           Kit.close,
-          BadSelectorInputs<SelectorCall<Fn>, Kit>()};
+          std::move(bad)};
 }
 
 // An operation that takes a selector and a sized record it fills (nSize negotiation).

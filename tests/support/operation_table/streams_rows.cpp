@@ -79,186 +79,154 @@ BOOL CreateWith(CallContext& ctx, SMGR_STREAM_CFG cfg) {
   return bResult;
 }
 
+// Creates a valid configuration with one change.
+BOOL CreateChanged(CallContext& ctx, void (*change)(SMGR_STREAM_CFG&)) {
+  SMGR_STREAM_CFG cfg = ValidStreamCfg();
+  change(cfg);
+  return CreateWith(ctx, cfg);
+}
+
+BOOL OpenWith(CallContext& ctx, SMGR_OBJECT_SELECTOR selector) {
+  HSTREAM* phStream = ctx.buffer(sizeof(HSTREAM)).as<HSTREAM>();
+  BOOL bResult = SessMgr_OpenStream(&selector, phStream);
+  if (bResult) ctx.hCreated = *phStream;
+  return bResult;
+}
+
 constexpr HandleKit kStreamKit{OpenCannedStream, CloseStreams, SMGR_SESSION_HANDLE_SIGNATURE};
 
 HSTREAM WipedStream() { return static_cast<HSTREAM>(wipedHandle()); }
 HSTREAM ForeignStream() { return static_cast<HSTREAM>(foreignHandle(kStreamKit.dwForeignSignature)); }
 
 std::vector<OperationRow> StreamRows() {
-  [[maybe_unused]] const Expectation local{TRUE, LE::Unchanged};
+  const Expectation badContents{FALSE, LE::Equals, SMGR_ERROR_INVALID_STREAM_CONTENTS, false};
+  const Expectation badAddress{FALSE, LE::Equals, SMGR_ERROR_INVALID_STREAM_ADDRESS, false};
   std::vector<OperationRow> rows;
   // -- Streams.
-  rows.push_back({"SessMgr_CreateStream",
-                  SMGRPROT_STREAM_CREATE_REQ,
-                  SuccessCodes::ZeroOrWarning,
-                  StreamIdAnswer,
-                  nullptr,
-                  [](CallContext& ctx) {
-                    SMGR_STREAM_CFG cfg = ValidStreamCfg();
-                    const uint8_t bShape = ctx.params.byte();
-                    if (bShape & 1) cfg.nSize = 1024;  // an older, shorter caller record
-                    if (bShape & 2) cfg.nSize = 0xFFFFFFFFu;
-                    if (bShape & 4) cfg.nIndex = static_cast<int32_t>(ctx.params.u32() & 0xFFFF) + 100;
-                    if (bShape & 8) cfg.szName[0] = '\0';
-                    return CreateWith(ctx, cfg);
-                  },
-                  CloseStreams,
-                  {{"NULL configuration",
-                    [](CallContext& ctx) {
-                      return SessMgr_CreateStream(nullptr, ctx.buffer(sizeof(HSTREAM)).as<HSTREAM>());
-                    },
-                    invalidNoSend},
-                   {"NULL handle output",
-                    [](CallContext&) {
-                      SMGR_STREAM_CFG cfg = ValidStreamCfg();
-                      return SessMgr_CreateStream(&cfg, nullptr);
-                    },
-                    invalidNoSend},
-                   {"nSize 0",
-                    [](CallContext& ctx) {
-                      SMGR_STREAM_CFG cfg = ValidStreamCfg();
-                      cfg.nSize = 0;
-                      return CreateWith(ctx, cfg);
-                    },
-                    {FALSE, LE::Equals, SMGR_ERROR_INVALID_STREAM_CONTENTS, false}},
-                   {"nSize 4 (record cut before every field)",
-                    [](CallContext& ctx) {
-                      SMGR_STREAM_CFG cfg = ValidStreamCfg();
-                      cfg.nSize = 4;
-                      return CreateWith(ctx, cfg);
-                    },
-                    {FALSE, LE::Equals, SMGR_ERROR_INVALID_STREAM_CONTENTS, false}},
-                   {"25 content sources",
-                    [](CallContext& ctx) {
-                      SMGR_STREAM_CFG cfg = ValidStreamCfg();
-                      cfg.nNumOfSources = SMGR_MAX_STREAM_CONTENT_SOURCES + 1;
-                      return CreateWith(ctx, cfg);
-                    },
-                    invalidNoSend},
-                   {"4 billion content sources",
-                    [](CallContext& ctx) {
-                      SMGR_STREAM_CFG cfg = ValidStreamCfg();
-                      cfg.nNumOfSources = 0xFFFFFFFFu;
-                      return CreateWith(ctx, cfg);
-                    },
-                    invalidNoSend},
-                   {"unknown content source kind",
-                    [](CallContext& ctx) {
-                      SMGR_STREAM_CFG cfg = ValidStreamCfg();
-                      cfg.ContentSources[0].enType = 77;
-                      return CreateWith(ctx, cfg);
-                    },
-                    invalidNoSend},
-                   {"content source by NULL name",
-                    [](CallContext& ctx) {
-                      SMGR_STREAM_CFG cfg = ValidStreamCfg();
-                      cfg.ContentSources[0].Selector = ByName(nullptr);
-                      return CreateWith(ctx, cfg);
-                    },
-                    invalidNoSend},
-                   {"contents without a source",
-                    [](CallContext& ctx) {
-                      SMGR_STREAM_CFG cfg = ValidStreamCfg();
-                      cfg.enContents |= SMGR_STREAM_CONTENTS_AUDIO;
-                      return CreateWith(ctx, cfg);
-                    },
-                    {FALSE, LE::Equals, SMGR_ERROR_INVALID_STREAM_CONTENTS, false}},
-                   {"empty host name",
-                    [](CallContext& ctx) {
-                      SMGR_STREAM_CFG cfg = ValidStreamCfg();
-                      cfg.Address.enType = SMGR_IPV4_HOSTNAME;
-                      std::memset(cfg.Address.acAddress, 0, sizeof(cfg.Address.acAddress));
-                      return CreateWith(ctx, cfg);
-                    },
-                    {FALSE, LE::Equals, SMGR_ERROR_INVALID_STREAM_ADDRESS, false}},
-                   {"unterminated host name",
-                    [](CallContext& ctx) {
-                      SMGR_STREAM_CFG cfg = ValidStreamCfg();
-                      cfg.Address.enType = SMGR_IPV4_HOSTNAME;
-                      std::memset(cfg.Address.szHostName, 'h', sizeof(cfg.Address.szHostName));
-                      return CreateWith(ctx, cfg);
-                    },
-                    {FALSE, LE::Equals, SMGR_ERROR_INVALID_STREAM_ADDRESS, false}},
-                   {"unresolvable host name: sent with the warning",
-                    [](CallContext& ctx) {
-                      SMGR_STREAM_CFG cfg = ValidStreamCfg();
-                      cfg.Address.enType = SMGR_IPV4_HOSTNAME;
-                      std::memset(cfg.Address.acAddress, 0, sizeof(cfg.Address.acAddress));
-                      std::strcpy(cfg.Address.szHostName, "nowhere.invalid");
-                      return CreateWith(ctx, cfg);
-                    },
-                    {TRUE, LE::Equals, SMGR_WARNING_UNABLE_TO_RESOLVE_HOSTNAME, true}},
-                   {"unterminated still image name",
-                    [](CallContext& ctx) {
-                      SMGR_STREAM_CFG cfg = ValidStreamCfg();
-                      std::memset(cfg.szStillImageFName, 's', sizeof(cfg.szStillImageFName));
-                      return CreateWith(ctx, cfg);
-                    },
-                    {FALSE, LE::Equals, SMGR_ERROR_FILENAME_TOO_LONG, false}},
-                   {"unterminated name (64 characters)",
-                    [](CallContext& ctx) {
-                      SMGR_STREAM_CFG cfg = ValidStreamCfg();
-                      std::memset(cfg.szName, 'n', sizeof(cfg.szName));
-                      return CreateWith(ctx, cfg);
-                    },
-                    acceptedAndSent}}});
-  rows.push_back({"SessMgr_OpenStream",
-                  SMGRPROT_STREAM_OPEN_REQ,
-                  SuccessCodes::ZeroOnly,
-                  StreamIdAnswer,
-                  nullptr,
-                  [](CallContext& ctx) {
-                    SMGR_OBJECT_SELECTOR selector = ChosenSelector(ctx, false);
-                    HSTREAM* phStream = ctx.buffer(sizeof(HSTREAM), 0).as<HSTREAM>();
-                    BOOL bResult = SessMgr_OpenStream(&selector, phStream);
-                    if (bResult) ctx.hCreated = *phStream;
-                    return bResult;
-                  },
-                  CloseStreams,
-                  {{"NULL selector",
-                    [](CallContext& ctx) {
-                      return SessMgr_OpenStream(nullptr, ctx.buffer(sizeof(HSTREAM)).as<HSTREAM>());
-                    },
-                    invalidNoSend},
-                   {"NULL handle output",
-                    [](CallContext&) {
-                      SMGR_OBJECT_SELECTOR selector = ById(1);
-                      return SessMgr_OpenStream(&selector, nullptr);
-                    },
-                    invalidNoSend},
-                   {"selector by handle",
-                    [](CallContext& ctx) {
-                      SMGR_OBJECT_SELECTOR selector = ByHandle(WipedStream());
-                      return SessMgr_OpenStream(&selector, ctx.buffer(sizeof(HSTREAM)).as<HSTREAM>());
-                    },
-                    invalidNoSend},
-                   {"selector kind 5",
-                    [](CallContext& ctx) {
-                      SMGR_OBJECT_SELECTOR selector = OfKind(5);
-                      return SessMgr_OpenStream(&selector, ctx.buffer(sizeof(HSTREAM)).as<HSTREAM>());
-                    },
-                    invalidNoSend},
-                   {"selector kind -1",
-                    [](CallContext& ctx) {
-                      SMGR_OBJECT_SELECTOR selector = OfKind(-1);
-                      return SessMgr_OpenStream(&selector, ctx.buffer(sizeof(HSTREAM)).as<HSTREAM>());
-                    },
-                    invalidNoSend},
-                   {"by NULL name",
-                    [](CallContext& ctx) {
-                      SMGR_OBJECT_SELECTOR selector = ByName(nullptr);
-                      return SessMgr_OpenStream(&selector, ctx.buffer(sizeof(HSTREAM)).as<HSTREAM>());
-                    },
-                    invalidNoSend},
-                   {"by a 70-character name",
-                    [](CallContext& ctx) {
-                      SMGR_OBJECT_SELECTOR selector = ByName(kLongName);
-                      HSTREAM* phStream = ctx.buffer(sizeof(HSTREAM)).as<HSTREAM>();
-                      BOOL bResult = SessMgr_OpenStream(&selector, phStream);
-                      if (bResult) ctx.hCreated = *phStream;
-                      return bResult;
-                    },
-                    acceptedAndSent}}});
+  rows.push_back(
+      {"SessMgr_CreateStream",
+       SMGRPROT_STREAM_CREATE_REQ,
+       SuccessCodes::ZeroOrWarning,
+       StreamIdAnswer,
+       nullptr,
+       [](CallContext& ctx) {
+         SMGR_STREAM_CFG cfg = ValidStreamCfg();
+         const uint8_t bShape = ctx.params.byte();
+         if (bShape & 1) cfg.nSize = 1024;  // an older, shorter caller record
+         if (bShape & 2) cfg.nSize = 0xFFFFFFFFu;
+         if (bShape & 4) cfg.nIndex = static_cast<int32_t>(ctx.params.u32() & 0xFFFF) + 100;
+         if (bShape & 8) cfg.szName[0] = '\0';
+         return CreateWith(ctx, cfg);
+       },
+       CloseStreams,
+       {{"NULL configuration",
+         [](CallContext& ctx) {
+           return SessMgr_CreateStream(nullptr, ctx.buffer(sizeof(HSTREAM)).as<HSTREAM>());
+         },
+         invalidNoSend},
+        {"NULL handle output",
+         [](CallContext&) {
+           SMGR_STREAM_CFG cfg = ValidStreamCfg();
+           return SessMgr_CreateStream(&cfg, nullptr);
+         },
+         invalidNoSend},
+        {"nSize 0",
+         [](CallContext& ctx) { return CreateChanged(ctx, [](SMGR_STREAM_CFG& c) { c.nSize = 0; }); },
+         badContents},
+        {"nSize 4 (record cut before every field)",
+         [](CallContext& ctx) { return CreateChanged(ctx, [](SMGR_STREAM_CFG& c) { c.nSize = 4; }); },
+         badContents},
+        {"25 content sources",
+         [](CallContext& ctx) {
+           return CreateChanged(
+               ctx, [](SMGR_STREAM_CFG& c) { c.nNumOfSources = SMGR_MAX_STREAM_CONTENT_SOURCES + 1; });
+         },
+         invalidNoSend},
+        {"4 billion content sources",
+         [](CallContext& ctx) {
+           return CreateChanged(ctx, [](SMGR_STREAM_CFG& c) { c.nNumOfSources = 0xFFFFFFFFu; });
+         },
+         invalidNoSend},
+        {"unknown content source kind",
+         [](CallContext& ctx) {
+           return CreateChanged(ctx, [](SMGR_STREAM_CFG& c) { c.ContentSources[0].enType = 77; });
+         },
+         invalidNoSend},
+        {"content source by NULL name",
+         [](CallContext& ctx) {
+           return CreateChanged(ctx,
+                                [](SMGR_STREAM_CFG& c) { c.ContentSources[0].Selector = ByName(nullptr); });
+         },
+         invalidNoSend},
+        {"contents without a source",
+         [](CallContext& ctx) {
+           return CreateChanged(ctx, [](SMGR_STREAM_CFG& c) { c.enContents |= SMGR_STREAM_CONTENTS_AUDIO; });
+         },
+         badContents},
+        {"empty host name",
+         [](CallContext& ctx) {
+           return CreateChanged(ctx, [](SMGR_STREAM_CFG& c) {
+             c.Address.enType = SMGR_IPV4_HOSTNAME;
+             std::memset(c.Address.acAddress, 0, sizeof(c.Address.acAddress));
+           });
+         },
+         badAddress},
+        {"unterminated host name",
+         [](CallContext& ctx) {
+           return CreateChanged(ctx, [](SMGR_STREAM_CFG& c) {
+             c.Address.enType = SMGR_IPV4_HOSTNAME;
+             std::memset(c.Address.szHostName, 'h', sizeof(c.Address.szHostName));
+           });
+         },
+         badAddress},
+        {"unresolvable host name: sent with the warning",
+         [](CallContext& ctx) {
+           return CreateChanged(ctx, [](SMGR_STREAM_CFG& c) {
+             c.Address.enType = SMGR_IPV4_HOSTNAME;
+             std::memset(c.Address.acAddress, 0, sizeof(c.Address.acAddress));
+             std::strcpy(c.Address.szHostName, "nowhere.invalid");
+           });
+         },
+         {TRUE, LE::Equals, SMGR_WARNING_UNABLE_TO_RESOLVE_HOSTNAME, true}},
+        {"unterminated still image name",
+         [](CallContext& ctx) {
+           return CreateChanged(ctx, [](SMGR_STREAM_CFG& c) {
+             std::memset(c.szStillImageFName, 's', sizeof(c.szStillImageFName));
+           });
+         },
+         {FALSE, LE::Equals, SMGR_ERROR_FILENAME_TOO_LONG, false}},
+        {"unterminated name (64 characters)",
+         [](CallContext& ctx) {
+           return CreateChanged(ctx,
+                                [](SMGR_STREAM_CFG& c) { std::memset(c.szName, 'n', sizeof(c.szName)); });
+         },
+         acceptedAndSent}}});
+  rows.push_back(
+      {"SessMgr_OpenStream",
+       SMGRPROT_STREAM_OPEN_REQ,
+       SuccessCodes::ZeroOnly,
+       StreamIdAnswer,
+       nullptr,
+       [](CallContext& ctx) { return OpenWith(ctx, ChosenSelector(ctx, false)); },
+       CloseStreams,
+       {{"NULL selector",
+         [](CallContext& ctx) {
+           return SessMgr_OpenStream(nullptr, ctx.buffer(sizeof(HSTREAM)).as<HSTREAM>());
+         },
+         invalidNoSend},
+        {"NULL handle output",
+         [](CallContext&) {
+           SMGR_OBJECT_SELECTOR selector = ById(1);
+           return SessMgr_OpenStream(&selector, nullptr);
+         },
+         invalidNoSend},
+        {"selector by handle", [](CallContext& ctx) { return OpenWith(ctx, ByHandle(WipedStream())); },
+         invalidNoSend},
+        {"selector kind 5", [](CallContext& ctx) { return OpenWith(ctx, OfKind(5)); }, invalidNoSend},
+        {"selector kind -1", [](CallContext& ctx) { return OpenWith(ctx, OfKind(-1)); }, invalidNoSend},
+        {"by NULL name", [](CallContext& ctx) { return OpenWith(ctx, ByName(nullptr)); }, invalidNoSend},
+        {"by a 70-character name", [](CallContext& ctx) { return OpenWith(ctx, ByName(kLongName)); },
+         acceptedAndSent}}});
   rows.push_back(
       {"SessMgr_CloseStream",
        SMGRPROT_STREAM_CLOSE_REQ,
@@ -294,27 +262,21 @@ std::vector<OperationRow> StreamRows() {
            return SessMgr_CloseStream(phStream);
          },
          invalidNoSend}}});
-  rows.push_back(
-      {"SessMgr_GetStreamID",
-       0,
-       SuccessCodes::ZeroOnly,
-       nullptr,
-       nullptr,
-       nullptr,
-       nullptr,
-       {{"NULL handle",
-         [](CallContext& ctx) { return SessMgr_GetStreamID(nullptr, ctx.buffer(sizeof(int)).as<int>()); },
-         {FALSE, LE::Equals, SMGR_ERROR_INVALID_PARAMETERS}},
-        {"wiped handle",
-         [](CallContext& ctx) {
-           return SessMgr_GetStreamID(WipedStream(), ctx.buffer(sizeof(int)).as<int>());
-         },
-         {FALSE, LE::Equals, SMGR_ERROR_INVALID_PARAMETERS}},
-        {"handle of another family",
-         [](CallContext& ctx) {
-           return SessMgr_GetStreamID(ForeignStream(), ctx.buffer(sizeof(int)).as<int>());
-         },
-         {FALSE, LE::Equals, SMGR_ERROR_INVALID_PARAMETERS}}}});
+  rows.push_back(SweepOnlyRow(
+      "SessMgr_GetStreamID",
+      {{"NULL handle",
+        [](CallContext& ctx) { return SessMgr_GetStreamID(nullptr, ctx.buffer(sizeof(int)).as<int>()); },
+        {FALSE, LE::Equals, SMGR_ERROR_INVALID_PARAMETERS}},
+       {"wiped handle",
+        [](CallContext& ctx) {
+          return SessMgr_GetStreamID(WipedStream(), ctx.buffer(sizeof(int)).as<int>());
+        },
+        {FALSE, LE::Equals, SMGR_ERROR_INVALID_PARAMETERS}},
+       {"handle of another family",
+        [](CallContext& ctx) {
+          return SessMgr_GetStreamID(ForeignStream(), ctx.buffer(sizeof(int)).as<int>());
+        },
+        {FALSE, LE::Equals, SMGR_ERROR_INVALID_PARAMETERS}}}));
 
   // The selector operations: one list of bad selectors, the kinds each accepts.
   rows.push_back(SelectorRow<SessMgr_DeleteStream, false, kStreamKit>(
@@ -377,31 +339,23 @@ std::vector<OperationRow> StreamRows() {
        nullptr,
        {{"NULL counts", [](CallContext&) { return SessMgr_DeleteAllStillImages(nullptr, nullptr); },
          acceptedAndSent}}});
-  rows.push_back({"SessMgr_CompareStreamConfigs",
-                  0,
-                  SuccessCodes::ZeroOnly,
-                  nullptr,
-                  nullptr,
-                  nullptr,
-                  nullptr,
-                  {{"same record twice",
-                    [](CallContext&) -> BOOL {
-                      SMGR_STREAM_CFG cfg = ValidStreamCfg();
-                      return SessMgr_CompareStreamConfigs(&cfg, &cfg) == 0;
-                    },
-                    local},
-                   {"unterminated texts, unknown kinds, 4 billion sources",
-                    [](CallContext&) -> BOOL {
-                      SMGR_STREAM_CFG a = ValidStreamCfg();
-                      SMGR_STREAM_CFG b = ValidStreamCfg();
-                      std::memset(&a, 0xEE, sizeof(a));
-                      std::memset(&b, 0xEE, sizeof(b));
-                      b.nNumOfSources = 0xFFFFFFFFu;
-                      a.nNumOfSources = 0xFFFFFFFFu;
-                      SessMgr_CompareStreamConfigs(&a, &b);
-                      return TRUE;
-                    },
-                    local}}});
+  rows.push_back(
+      SweepOnlyRow("SessMgr_CompareStreamConfigs", {{"same record twice",
+                                                     [](CallContext&) -> BOOL {
+                                                       SMGR_STREAM_CFG cfg = ValidStreamCfg();
+                                                       return SessMgr_CompareStreamConfigs(&cfg, &cfg) == 0;
+                                                     },
+                                                     asDocumented},
+                                                    {"unterminated texts, unknown kinds, 4 billion sources",
+                                                     [](CallContext&) -> BOOL {
+                                                       SMGR_STREAM_CFG a, b;
+                                                       std::memset(&a, 0xEE, sizeof(a));
+                                                       std::memset(&b, 0xEE, sizeof(b));
+                                                       a.nNumOfSources = b.nNumOfSources = 0xFFFFFFFFu;
+                                                       SessMgr_CompareStreamConfigs(&a, &b);
+                                                       return TRUE;
+                                                     },
+                                                     asDocumented}}));
   rows.push_back(NameRow<SessMgr_GetStreamTypeString, false>("SessMgr_GetStreamTypeString"));
   rows.push_back(
       NameRow<SessMgr_GetStreamEncapsulationString, false>("SessMgr_GetStreamEncapsulationString"));
@@ -414,19 +368,12 @@ std::vector<OperationRow> StreamRows() {
   rows.push_back(NameRow<SessMgr_GetSRTStreamRedundancyString, true>("SessMgr_GetSRTStreamRedundancyString"));
   rows.push_back(NameRow<SessMgr_GetFECTypeString, true>("SessMgr_GetFECTypeString"));
   rows.push_back(NameRow<SessMgr_GetMpegProFECLevelString, true>("SessMgr_GetMpegProFECLevelString"));
-  rows.push_back({"CleanupSessMgrStreams",
-                  0,
-                  SuccessCodes::ZeroOnly,
-                  nullptr,
-                  nullptr,
-                  nullptr,
-                  nullptr,
-                  {{"with no handle open",
-                    [](CallContext&) -> BOOL {
-                      CleanupSessMgrStreams();
-                      return TRUE;
-                    },
-                    local}}});
+  rows.push_back(SweepOnlyRow("CleanupSessMgrStreams", {{"with no handle open",
+                                                         [](CallContext&) -> BOOL {
+                                                           CleanupSessMgrStreams();
+                                                           return TRUE;
+                                                         },
+                                                         asDocumented}}));
   return rows;
 }
 
