@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
@@ -87,15 +88,14 @@ void Server::run(const std::atomic<bool>& stop) {
     ssize_t received =
         mq_timedreceive(queue_, reinterpret_cast<char*>(buffer_.data()), buffer_.size(), nullptr, &deadline);
     if (self) self->beat();
-    if (received < 0) {
-      if (errno != ETIMEDOUT && errno != EINTR) {
-        SIM_LOG_ERROR("mq_receive on %s failed: %s", options_.queueName.c_str(), strerror(errno));
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
-      }
-      continue;
+    if (received >= 0) {
+      if (self) self->setState(kThreadBusy);
+      handleMessage(buffer_.data(), static_cast<size_t>(received));
+    } else if (errno != ETIMEDOUT && errno != EINTR) {
+      SIM_LOG_ERROR("mq_receive on %s failed: %s", options_.queueName.c_str(), strerror(errno));
+      std::this_thread::sleep_for(std::chrono::milliseconds(100));
     }
-    if (self) self->setState(kThreadBusy);
-    handleMessage(buffer_.data(), static_cast<size_t>(received));
+    forgetDeadClients();
   }
 
   stopHousekeeping = true;
@@ -313,8 +313,34 @@ void Server::housekeeping(const std::atomic<bool>& stop) {
       self->beat();
       self->setState(kThreadBusy);
     }
-    for (pid_t pid : gone) forgetClient(pid, "is gone");
+    if (gone.empty()) continue;
+    TrackedLock lock(clientsMutex_);
+    if (dead_.empty()) deadSince_ = std::chrono::steady_clock::now();
+    dead_.insert(dead_.end(), gone.begin(), gone.end());
   }
+}
+
+void Server::forgetDeadClients() {
+  std::vector<pid_t> dead;
+  std::chrono::steady_clock::time_point since;
+  {
+    TrackedLock lock(clientsMutex_);
+    if (dead_.empty()) return;
+    dead.swap(dead_);
+    since = deadSince_;
+  }
+  // What a client sent before it died (its disconnect indication, say) is
+  // answered first: it is gone once the request queue has been emptied, or
+  // after a second of a queue that never empties.
+  mq_attr attr{};
+  if (mq_getattr(queue_, &attr) == 0 && attr.mq_curmsgs > 0 &&
+      std::chrono::steady_clock::now() - since < std::chrono::seconds(1)) {
+    TrackedLock lock(clientsMutex_);
+    deadSince_ = dead_.empty() ? since : std::min(since, deadSince_);
+    dead_.insert(dead_.end(), dead.begin(), dead.end());
+    return;
+  }
+  for (pid_t pid : dead) forgetClient(pid, "is gone");
 }
 
 }  // namespace sim

@@ -1,7 +1,8 @@
 // The daemon side of the transport: the request queue, the table of connected
 // clients (each reached through the receive queue it named at connect, opened
 // write-only and non-blocking), the connect/disconnect/shutdown messages, and
-// a housekeeping thread that forgets clients whose process is gone. Every
+// a housekeeping thread that notices clients whose process is gone (the
+// dispatcher forgets them once their last messages are answered). Every
 // family hears of a client that goes (NotifyClientDeparture, under the model
 // mutex). Lock order: the model mutex before the clients mutex, never the reverse.
 #pragma once
@@ -10,6 +11,7 @@
 #include <sys/types.h>
 
 #include <atomic>
+#include <chrono>
 #include <map>
 #include <string>
 #include <thread>
@@ -69,6 +71,8 @@ class Server : public Outbox {
   void dropClientLocked(std::map<pid_t, Client>::iterator it);
   // Tells the families of the queued departures; the caller holds the model mutex.
   void notifyDeparturesLocked();
+  // Forgets the clients whose death housekeeping reported (dispatcher thread).
+  void forgetDeadClients();
   void housekeeping(const std::atomic<bool>& stop);
 
   Appliance& appliance_;
@@ -80,6 +84,8 @@ class Server : public Outbox {
   TrackedMutex clientsMutex_{SourceLocation::current()};
   std::map<pid_t, Client> clients_;
   std::vector<pid_t> departed_;  // guarded by clientsMutex_
+  std::vector<pid_t> dead_;      // noticed by housekeeping, guarded by clientsMutex_
+  std::chrono::steady_clock::time_point deadSince_;
   ClientWatch watch_;
   std::atomic<bool> shutdownRequested_{false};
 };
