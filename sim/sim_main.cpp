@@ -102,7 +102,8 @@ int main(int argc, char** argv) {
   app.add_option("--pid-file", pidFile, "Write the simulator's PID here once ready");
   app.add_option("--log-file", logFile, "Append the log here instead of stderr");
   app.add_flag("-v,--verbose", verbose, "Log every request and reply");
-  app.add_option("--pid-check-ms", pidCheckMs, "How often vanished clients are looked for")
+  app.add_option("--pid-check-ms", pidCheckMs,
+                 "How often clients the kernel gives no pidfd for are looked for in /proc")
       ->capture_default_str()
       ->check(CLI::Range(50, 60000));
   app.add_flag("--ignore-shutdown", ignoreShutdown, "Log system shutdown requests instead of stopping");
