@@ -40,6 +40,17 @@ bool FromHex(const std::string& text, void* data, size_t size) {
   return true;
 }
 
+// A field of a saved entry, or the fallback when it is missing or of another type.
+template <typename T>
+T Field(const nlohmann::json& object, const char* key, T fallback) {
+  if (!object.is_object() || !object.contains(key)) return fallback;
+  try {
+    return object.at(key).get<T>();
+  } catch (const nlohmann::json::exception&) {
+    return fallback;
+  }
+}
+
 }  // namespace
 
 nlohmann::json StreamModel::save() const {
@@ -64,27 +75,28 @@ void StreamModel::load(const nlohmann::json& section) {
   nextId_ = 1;
   if (!section.is_object()) return;
   const int64_t now = appliance_.nowMs();
-  for (const auto& entry : section.value("streams", nlohmann::json::array())) {
+  for (const auto& entry : Field(section, "streams", nlohmann::json::array())) {
     Stream stream;
-    const bool valid = entry.is_object() && entry.value("id", 0) > 0 &&
-                       FromHex(entry.value("info", std::string()), &stream.info, sizeof stream.info) &&
-                       stream.info.nIndex == entry.value("id", 0) && !streams_.count(stream.info.nIndex) &&
+    const int id = Field(entry, "id", 0);
+    const bool valid = id > 0 &&
+                       FromHex(Field(entry, "info", std::string()), &stream.info, sizeof stream.info) &&
+                       stream.info.nIndex == id && !streams_.count(id) &&
                        Terminated(stream.info.szName, sizeof stream.info.szName);
     if (!valid) {
       SIM_LOG_WARN("saved stream %s is unreadable, left out", entry.dump().substr(0, 80).c_str());
       continue;
     }
-    stream.autoStart = entry.value("auto_start", false) ? TRUE : FALSE;
-    stream.bitRateKbps = entry.value("bitrate_kbps", 0);
-    Stream& restored = streams_.emplace(stream.info.nIndex, stream).first->second;
-    const std::string run = entry.value("run", "stopped");
+    stream.autoStart = Field(entry, "auto_start", false) ? TRUE : FALSE;
+    stream.bitRateKbps = Field(entry, "bitrate_kbps", 0);
+    Stream& restored = streams_.emplace(id, stream).first->second;
+    const std::string run = Field(entry, "run", std::string("stopped"));
     if (run != "stopped") doStart(restored, now);
     if (run == "paused") {
       closeSegment(restored, now);
       restored.run = Run::kPaused;
     }
   }
-  const int nextId = section.value("next_id", 1);
+  const int nextId = Field(section, "next_id", 1);
   nextId_ = nextId >= 1 && nextId <= kMaxStreamId ? nextId : 1;
   SIM_LOG_INFO("%zu saved streams restored", streams_.size());
 }
