@@ -52,6 +52,26 @@ bool Daemonize(const std::string& logFile) {
   return true;
 }
 
+// Brings back what the appliance kept before the last stop (or kill), then
+// writes every change that is answered as done. An unreadable state file is
+// moved aside rather than overwritten by the next change.
+void RestoreState(sim::Appliance& appliance) {
+  appliance.enablePersistence(true);
+  std::string error;
+  if (appliance.restore(&error)) {
+    SIM_LOG_INFO("appliance state restored from %s", appliance.stateFile().c_str());
+    return;
+  }
+  std::error_code ignored;
+  if (!std::filesystem::exists(appliance.stateFile(), ignored)) {
+    SIM_LOG_INFO("no saved appliance state in %s, starting empty", appliance.stateDir().c_str());
+    return;
+  }
+  const std::string aside = appliance.stateFile().string() + ".unreadable";
+  std::filesystem::rename(appliance.stateFile(), aside, ignored);
+  SIM_LOG_WARN("%s, moved to %s; starting empty", error.c_str(), aside.c_str());
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -72,7 +92,8 @@ int main(int argc, char** argv) {
   app.add_option("--profile", profilePath, "Appliance profile (JSON) overriding the built-in SDI unit")
       ->check(CLI::ExistingFile);
   app.add_flag("--print-profile", printProfile, "Print the built-in profile and exit");
-  app.add_option("--state-dir", stateDir, "Folder for still images and saved configurations")
+  app.add_option("--state-dir", stateDir,
+                 "Folder of the appliance state (appliance.json), still images and saved configurations")
       ->capture_default_str();
   app.add_flag("--mark-started", markStarted, "Write the start marker once the queue is ready");
   app.add_option("--marker", markerPath, "Start marker file (env SESSMGR_STARTED_MARKER)")
@@ -81,7 +102,8 @@ int main(int argc, char** argv) {
   app.add_option("--pid-file", pidFile, "Write the simulator's PID here once ready");
   app.add_option("--log-file", logFile, "Append the log here instead of stderr");
   app.add_flag("-v,--verbose", verbose, "Log every request and reply");
-  app.add_option("--pid-check-ms", pidCheckMs, "How often vanished clients are looked for")
+  app.add_option("--pid-check-ms", pidCheckMs,
+                 "How often clients the kernel gives no pidfd for are looked for in /proc")
       ->capture_default_str()
       ->check(CLI::Range(50, 60000));
   app.add_flag("--ignore-shutdown", ignoreShutdown, "Log system shutdown requests instead of stopping");
@@ -115,6 +137,7 @@ int main(int argc, char** argv) {
   prctl(PR_SET_NAME, "sessmgrd", 0, 0, 0);
 
   sim::Appliance appliance(profile, std::make_shared<sim::SteadyClock>(), stateDir);
+  RestoreState(appliance);
   sim::ServerOptions options;
   options.queueName = queueName;
   options.maxMessages = maxMessages;

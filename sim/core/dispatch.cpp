@@ -109,7 +109,7 @@ void Dispatcher::dispatch(const ClientInfo& client, const uint8_t* message, size
     if (IsCataloguedRequest(header.wMsgType)) {
       SIM_LOG_WARN("pid %d: request %u is not modelled by this simulator, answering %u", client.pid,
                    header.wMsgType, SMGR_ERROR_UNSUPPORTED_API);
-      Reply reply(header, static_cast<WORD>(header.wMsgType + 1), kDescribedResponseSize);
+      Reply reply(header, static_cast<WORD>(ResponseTypeOf(header.wMsgType)), kDescribedResponseSize);
       reply.result(SMGR_ERROR_UNSUPPORTED_API).describe("Request %u is not supported", header.wMsgType);
       send(client, reply);
     } else {

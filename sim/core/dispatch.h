@@ -131,6 +131,7 @@ class HandlerRegistry {
   // Aborts on a duplicate type: two families claiming one message is a build mistake.
   void add(const char* family, const HandlerEntry& entry);
   const HandlerEntry* find(WORD type) const;
+  const std::map<WORD, HandlerEntry>& entries() const { return handlers_; }
   const std::vector<std::string>& families() const { return families_; }
   size_t size() const { return handlers_.size(); }
 

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "appliance.h"
+#include "sim_log.h"
 
 namespace sim {
 namespace {
@@ -68,7 +69,14 @@ void RestoreAppliance(Appliance& appliance, const nlohmann::json& snapshot) {
                    [](const Section* a, const Section* b) { return a->order < b->order; });
   for (const Section* section : ordered) {
     const bool present = snapshot.is_object() && snapshot.contains(section->name);
-    section->load(appliance, present ? snapshot.at(section->name) : nlohmann::json());
+    try {
+      section->load(appliance, present ? snapshot.at(section->name) : nlohmann::json());
+    } catch (const std::exception& e) {
+      // A section the family cannot read (an edited file, an older layout) starts from its defaults.
+      SIM_LOG_ERROR("saved section \"%s\" cannot be loaded (%s), starting it empty", section->name.c_str(),
+                    e.what());
+      section->load(appliance, nlohmann::json());
+    }
   }
 }
 

@@ -8,36 +8,27 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
-#include <fstream>
 #include <thread>
 
+#include "persistence.h"
 #include "sim_log.h"
 
 namespace sim {
 namespace {
-
-// A process that exists and is not a zombie.
-bool IsProcessAlive(pid_t pid) {
-  if (pid <= 0) return false;
-  if (kill(pid, 0) != 0 && errno != EPERM) return false;
-  std::ifstream stat("/proc/" + std::to_string(pid) + "/stat");
-  std::string line;
-  if (!std::getline(stat, line)) return true;
-  size_t paren = line.rfind(')');
-  if (paren == std::string::npos || paren + 2 >= line.size()) return true;
-  char state = line[paren + 2];
-  return state != 'Z' && state != 'X';
-}
 
 std::string BoundedString(const char* text, size_t size) { return std::string(text, strnlen(text, size)); }
 
 }  // namespace
 
 Server::Server(Appliance& appliance, ServerOptions options)
-    : appliance_(appliance), options_(std::move(options)), dispatcher_(appliance_, *this) {}
+    : appliance_(appliance),
+      options_(std::move(options)),
+      dispatcher_(appliance_, *this),
+      watch_(std::chrono::milliseconds(options_.pidCheckIntervalMs), options_.watchByPidfd) {}
 
 Server::~Server() { close(); }
 
@@ -97,18 +88,18 @@ void Server::run(const std::atomic<bool>& stop) {
     ssize_t received =
         mq_timedreceive(queue_, reinterpret_cast<char*>(buffer_.data()), buffer_.size(), nullptr, &deadline);
     if (self) self->beat();
-    if (received < 0) {
-      if (errno != ETIMEDOUT && errno != EINTR) {
-        SIM_LOG_ERROR("mq_receive on %s failed: %s", options_.queueName.c_str(), strerror(errno));
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
-      }
-      continue;
+    if (received >= 0) {
+      if (self) self->setState(kThreadBusy);
+      handleMessage(buffer_.data(), static_cast<size_t>(received));
+    } else if (errno != ETIMEDOUT && errno != EINTR) {
+      SIM_LOG_ERROR("mq_receive on %s failed: %s", options_.queueName.c_str(), strerror(errno));
+      std::this_thread::sleep_for(std::chrono::milliseconds(100));
     }
-    if (self) self->setState(kThreadBusy);
-    handleMessage(buffer_.data(), static_cast<size_t>(received));
+    forgetDeadClients();
   }
 
   stopHousekeeping = true;
+  watch_.wake();
   housekeeper.join();
 }
 
@@ -150,6 +141,7 @@ void Server::handleMessage(const uint8_t* message, size_t size) {
   client.uid = header.dwSrcUID;
   TrackedLock model(modelMutex_);
   dispatcher_.dispatch(client, message, size);
+  notifyDeparturesLocked();  // a client whose queue failed during the reply
 }
 
 void Server::handleConnect(const uint8_t* message, size_t size) {
@@ -194,7 +186,7 @@ void Server::handleConnect(const uint8_t* message, size_t size) {
     mq_close(queue);
     return;
   }
-  if (!IsProcessAlive(pid)) {
+  if (!watch_.watch(pid)) {
     SIM_LOG_WARN("connect request names pid %d, which does not exist, refusing", pid);
     response.Data.Result = SMGRPROT_RESULT_INVALID_PARAMETERS;
     mq_send(queue, reinterpret_cast<const char*>(&response), sizeof response, 0);
@@ -208,8 +200,10 @@ void Server::handleConnect(const uint8_t* message, size_t size) {
     if (it != clients_.end()) {
       SIM_LOG_INFO("pid %d connects again, replacing queue %s by %s", pid, it->second.info.queueName.c_str(),
                    queueName.c_str());
+      // What the families kept for the earlier connection goes with it.
       mq_close(it->second.queue);
       clients_.erase(it);
+      departed_.push_back(pid);
     }
     Client& client = clients_[pid];
     client.info = ClientInfo{pid, static_cast<uid_t>(request.Header.dwSrcUID), queueName, processName};
@@ -220,6 +214,8 @@ void Server::handleConnect(const uint8_t* message, size_t size) {
                processName.empty() ? "?" : processName.c_str(), queueName.c_str());
   response.Data.Result = SMGRPROT_RESULT_SUCCESS;
   sendTo(pid, &response, sizeof response);
+  TrackedLock model(modelMutex_);
+  notifyDeparturesLocked();
 }
 
 void Server::handleDisconnect(const SMGRPROT_HEADER& header, size_t size) {
@@ -231,15 +227,35 @@ void Server::handleDisconnect(const SMGRPROT_HEADER& header, size_t size) {
 }
 
 void Server::forgetClient(pid_t pid, const char* why) {
-  TrackedLock lock(clientsMutex_);
-  auto it = clients_.find(pid);
-  if (it == clients_.end()) {
-    SIM_LOG_DEBUG("pid %d %s but was not connected", pid, why);
-    return;
+  {
+    TrackedLock lock(clientsMutex_);
+    auto it = clients_.find(pid);
+    if (it == clients_.end()) {
+      SIM_LOG_DEBUG("pid %d %s but was not connected", pid, why);
+      return;
+    }
+    SIM_LOG_INFO("client pid %d (%s) %s, forgotten", pid, it->second.info.processName.c_str(), why);
+    dropClientLocked(it);
   }
-  SIM_LOG_INFO("client pid %d (%s) %s, forgotten", pid, it->second.info.processName.c_str(), why);
+  TrackedLock model(modelMutex_);
+  notifyDeparturesLocked();
+}
+
+void Server::dropClientLocked(std::map<pid_t, Client>::iterator it) {
+  const pid_t pid = it->first;
   mq_close(it->second.queue);
   clients_.erase(it);
+  watch_.unwatch(pid);
+  departed_.push_back(pid);
+}
+
+void Server::notifyDeparturesLocked() {
+  std::vector<pid_t> departed;
+  {
+    TrackedLock lock(clientsMutex_);
+    departed.swap(departed_);
+  }
+  for (pid_t pid : departed) NotifyClientDeparture(appliance_, pid);
 }
 
 bool Server::sendTo(pid_t pid, const void* data, size_t size) {
@@ -290,25 +306,41 @@ std::vector<ClientInfo> Server::clients() {
 
 void Server::housekeeping(const std::atomic<bool>& stop) {
   ThreadRecord* self = CurrentThread();
-  auto nextCheck = std::chrono::steady_clock::now();
   while (!stop.load()) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    if (std::chrono::steady_clock::now() < nextCheck) continue;
-    nextCheck += std::chrono::milliseconds(options_.pidCheckIntervalMs);
+    if (self) self->setState(kThreadWaiting);
+    std::vector<pid_t> gone = watch_.waitForDeaths(std::chrono::milliseconds(1000));
     if (self) {
       self->beat();
       self->setState(kThreadBusy);
     }
-    std::vector<pid_t> gone;
-    {
-      TrackedLock lock(clientsMutex_);
-      for (auto& [pid, client] : clients_) {
-        if (!IsProcessAlive(pid)) gone.push_back(pid);
-      }
-    }
-    for (pid_t pid : gone) forgetClient(pid, "is gone");
-    if (self) self->setState(kThreadWaiting);
+    if (gone.empty()) continue;
+    TrackedLock lock(clientsMutex_);
+    if (dead_.empty()) deadSince_ = std::chrono::steady_clock::now();
+    dead_.insert(dead_.end(), gone.begin(), gone.end());
   }
+}
+
+void Server::forgetDeadClients() {
+  std::vector<pid_t> dead;
+  std::chrono::steady_clock::time_point since;
+  {
+    TrackedLock lock(clientsMutex_);
+    if (dead_.empty()) return;
+    dead.swap(dead_);
+    since = deadSince_;
+  }
+  // What a client sent before it died (its disconnect indication, say) is
+  // answered first: it is gone once the request queue has been emptied, or
+  // after a second of a queue that never empties.
+  mq_attr attr{};
+  if (mq_getattr(queue_, &attr) == 0 && attr.mq_curmsgs > 0 &&
+      std::chrono::steady_clock::now() - since < std::chrono::seconds(1)) {
+    TrackedLock lock(clientsMutex_);
+    deadSince_ = dead_.empty() ? since : std::min(since, deadSince_);
+    dead_.insert(dead_.end(), dead.begin(), dead.end());
+    return;
+  }
+  for (pid_t pid : dead) forgetClient(pid, "is gone");
 }
 
 }  // namespace sim

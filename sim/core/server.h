@@ -1,19 +1,24 @@
 // The daemon side of the transport: the request queue, the table of connected
 // clients (each reached through the receive queue it named at connect, opened
 // write-only and non-blocking), the connect/disconnect/shutdown messages, and
-// a housekeeping thread that forgets clients whose process is gone.
+// a housekeeping thread that notices clients whose process is gone (the
+// dispatcher forgets them once their last messages are answered). Every
+// family hears of a client that goes (NotifyClientDeparture, under the model
+// mutex). Lock order: the model mutex before the clients mutex, never the reverse.
 #pragma once
 
 #include <mqueue.h>
 #include <sys/types.h>
 
 #include <atomic>
+#include <chrono>
 #include <map>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "appliance.h"
+#include "client_watch.h"
 #include "dispatch.h"
 #include "sim_threads.h"
 
@@ -23,7 +28,8 @@ struct ServerOptions {
   std::string queueName = "/vdsessmgr";
   long maxMessages = 10;
   long messageSize = 8192;
-  int pidCheckIntervalMs = 1000;
+  int pidCheckIntervalMs = 1000;  // the /proc check, for clients the kernel gives no pidfd for
+  bool watchByPidfd = true;
   bool exitOnShutdownRequest = true;  // a system shutdown request (10000) stops the simulator
 };
 
@@ -61,6 +67,12 @@ class Server : public Outbox {
   void handleConnect(const uint8_t* message, size_t size);
   void handleDisconnect(const SMGRPROT_HEADER& header, size_t size);
   void forgetClient(pid_t pid, const char* why);
+  // Drops a client from the table (clients mutex held) and queues its departure.
+  void dropClientLocked(std::map<pid_t, Client>::iterator it);
+  // Tells the families of the queued departures; the caller holds the model mutex.
+  void notifyDeparturesLocked();
+  // Forgets the clients whose death housekeeping reported (dispatcher thread).
+  void forgetDeadClients();
   void housekeeping(const std::atomic<bool>& stop);
 
   Appliance& appliance_;
@@ -71,6 +83,10 @@ class Server : public Outbox {
   TrackedMutex modelMutex_{SourceLocation::current()};
   TrackedMutex clientsMutex_{SourceLocation::current()};
   std::map<pid_t, Client> clients_;
+  std::vector<pid_t> departed_;  // guarded by clientsMutex_
+  std::vector<pid_t> dead_;      // noticed by housekeeping, guarded by clientsMutex_
+  std::chrono::steady_clock::time_point deadSince_;
+  ClientWatch watch_;
   std::atomic<bool> shutdownRequested_{false};
 };
 

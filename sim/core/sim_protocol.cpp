@@ -1,28 +1,52 @@
-// The message catalogue by blocks: which numbers are requests that have a
-// response. Used to answer requests of families the simulator does not model.
+// The message catalogue, taken from the wire headers at build time
+// (protocol_catalogue.inc): which types are requests and what answers them.
 #include "sim_protocol.h"
+
+#include <map>
+#include <string>
 
 namespace sim {
 namespace {
 
-struct Block {
-  unsigned base;
-  unsigned pairs;  // request/response pairs from base upward
+constexpr ProtocolMessage kMessages[] = {
+#define SMGR_CATALOGUE_MESSAGE(name) {#name, name},
+#define SMGR_CATALOGUE_RECORD(name)
+#include "protocol_catalogue.inc"
+#undef SMGR_CATALOGUE_MESSAGE
+#undef SMGR_CATALOGUE_RECORD
 };
 
-constexpr Block kBlocks[] = {
-    {100, 11}, {150, 7},  {200, 10}, {300, 9},  {400, 8},  {500, 13}, {600, 7},   {700, 10}, {800, 2},
-    {900, 2},  {940, 1},  {950, 2},  {960, 4},  {969, 2},  {1000, 8}, {1100, 11}, {1200, 8}, {1300, 3},
-    {1400, 3}, {1600, 2}, {1700, 8}, {1800, 6}, {1900, 7}, {2000, 9}, {2100, 13},
-};
+bool EndsWith(std::string_view text, std::string_view end) {
+  return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
+}
+
+// Request type -> response type: <NAME>_REQ is answered by <NAME>_RSP (the
+// _LAST_REQ markers are never sent).
+const std::map<unsigned, unsigned>& Responses() {
+  static const std::map<unsigned, unsigned> responses = [] {
+    std::map<std::string_view, unsigned> byName;
+    for (const ProtocolMessage& message : kMessages) byName.emplace(message.name, message.type);
+    std::map<unsigned, unsigned> out;
+    for (const ProtocolMessage& message : kMessages) {
+      if (!EndsWith(message.name, "_REQ") || EndsWith(message.name, "_LAST_REQ")) continue;
+      std::string response(message.name.substr(0, message.name.size() - 4));
+      auto it = byName.find(response + "_RSP");
+      if (it != byName.end()) out.emplace(message.type, it->second);
+    }
+    return out;
+  }();
+  return responses;
+}
 
 }  // namespace
 
-bool IsCataloguedRequest(unsigned wType) {
-  for (const Block& block : kBlocks) {
-    if (wType >= block.base && wType < block.base + 2 * block.pairs) return (wType - block.base) % 2 == 0;
-  }
-  return false;
+std::span<const ProtocolMessage> ProtocolMessages() { return kMessages; }
+
+unsigned ResponseTypeOf(unsigned request) {
+  auto it = Responses().find(request);
+  return it == Responses().end() ? 0 : it->second;
 }
+
+bool IsCataloguedRequest(unsigned wType) { return ResponseTypeOf(wType) != 0; }
 
 }  // namespace sim

@@ -46,7 +46,7 @@ HandlerFn Control(const char* operation, Outcome (StreamModel::*action)(const Ob
 void OnCreate(Context& context, const Request& request, Reply& reply) {
   auto message = request.as<SMGRPROT_MSG_STREAM_CREATE_REQ>();
   Outcome outcome = Streams(context).create(message.Data.StreamCfg, message.Data.ContentSources,
-                                            SMGR_MAX_STREAM_CONTENT_SOURCES);
+                                            SMGR_MAX_STREAM_CONTENT_SOURCES, context.client().pid);
   LogOutcome("create", outcome);
   auto* response = reply.as<SMGRPROT_MSG_STREAM_CREATE_RSP>();
   response->Data.Result = outcome.result;
@@ -60,7 +60,7 @@ void OnCreate(Context& context, const Request& request, Reply& reply) {
 void OnOpen(Context& context, const Request& request, Reply& reply) {
   ObjectSelector selector;
   if (!Select(request, reply, &selector)) return;
-  Outcome outcome = Streams(context).open(selector);
+  Outcome outcome = Streams(context).open(selector, context.client().pid);
   auto* response = reply.as<SMGRPROT_MSG_STREAM_OPEN_RSP>();
   response->Data.Result = outcome.result;
   if (outcome.result == SMGR_ERROR_SUCCESS) {
@@ -71,7 +71,7 @@ void OnOpen(Context& context, const Request& request, Reply& reply) {
 
 void OnClose(Context& context, const Request& request, Reply& reply) {
   auto message = request.as<SMGRPROT_MSG_STREAM_CLOSE_REQ>();
-  reply.result(Streams(context).close(message.Data.iStreamID).result);
+  reply.result(Streams(context).close(message.Data.iStreamID, context.client().pid).result);
 }
 
 void OnStart(Context& context, const Request& request, Reply& reply) {

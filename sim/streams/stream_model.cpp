@@ -441,7 +441,7 @@ SMGR_RESULT StreamModel::validate(const SMGR_STREAM_CFG& cfg, const SMGRPROT_OBJ
 }
 
 Outcome StreamModel::create(const SMGR_STREAM_CFG& cfg, const SMGRPROT_OBJECT_SELECTOR* sources,
-                            size_t sourceCount) {
+                            size_t sourceCount, pid_t client) {
   Stream stream;
   std::string why;
   Outcome outcome;
@@ -500,11 +500,13 @@ Outcome StreamModel::create(const SMGR_STREAM_CFG& cfg, const SMGRPROT_OBJECT_SE
   info.bDelayAudio = cfg.bDelayAudio;
   memcpy(info.szNetworkInterface, cfg.szNetworkInterface, sizeof info.szNetworkInterface);
   stream.autoStart = cfg.bAutoStart;
+  if (client) stream.opens[client] = 1;
 
   auto [it, inserted] = streams_.emplace(id, stream);
   if (cfg.bAutoStart) doStart(it->second, appliance_.nowMs());
   outcome.id = id;
   outcome.name = it->second.info.szName;
+  appliance_.persist();
   return outcome;
 }
 
@@ -579,6 +581,7 @@ Outcome StreamModel::remove(const ObjectSelector& selector) {
   }
   outcome.id = stream->info.nIndex;
   streams_.erase(stream->info.nIndex);
+  appliance_.persist();
   return outcome;
 }
 
@@ -589,6 +592,7 @@ Outcome StreamModel::start(const ObjectSelector& selector) {
     return {SMGR_ERROR_STREAM_ALREADY_STARTED, label(*stream) + " is already started"};
   }
   doStart(*stream, appliance_.nowMs());
+  appliance_.persist();
   // Content sources that are not running make the start a success with a warning.
   std::string idle;
   for (int i = 0; i < stream->info.nNumOfSources; ++i) {
@@ -609,6 +613,7 @@ Outcome StreamModel::stop(const ObjectSelector& selector) {
     return {SMGR_ERROR_STREAM_NOT_STARTED, label(*stream) + " is not started"};
   closeSegment(*stream, appliance_.nowMs());
   stream->run = Run::kStopped;
+  appliance_.persist();
   return {};
 }
 
@@ -621,6 +626,7 @@ Outcome StreamModel::pause(const ObjectSelector& selector) {
     return {SMGR_ERROR_STREAM_ALREADY_PAUSED, label(*stream) + " is already paused"};
   closeSegment(*stream, appliance_.nowMs());
   stream->run = Run::kPaused;
+  appliance_.persist();
   return {};
 }
 
@@ -638,6 +644,7 @@ Outcome StreamModel::resume(const ObjectSelector& selector) {
     int64_t setupEnd = stream->startedAtMs + setupDelayMs(*stream);
     stream->segmentStartMs = std::max(now, setupEnd);
   }
+  appliance_.persist();
   return {};
 }
 
@@ -650,15 +657,41 @@ Outcome StreamModel::resetStats(const ObjectSelector& selector) {
   return {};
 }
 
-Outcome StreamModel::open(const ObjectSelector& selector) {
+Outcome StreamModel::open(const ObjectSelector& selector, pid_t client) {
   Stream* stream = find(selector);
   if (!stream) return {SMGR_ERROR_NO_MATCHING_STREAM_FOUND, "No such stream"};
+  if (client) ++stream->opens[client];
   return {SMGR_ERROR_SUCCESS, "", stream->info.nIndex, stream->info.szName};
 }
 
-Outcome StreamModel::close(int id) {
-  if (!streams_.count(id)) return {SMGR_ERROR_NO_MATCHING_STREAM_FOUND, "No such stream"};
+Outcome StreamModel::close(int id, pid_t client) {
+  auto it = streams_.find(id);
+  if (it == streams_.end()) return {SMGR_ERROR_NO_MATCHING_STREAM_FOUND, "No such stream"};
+  // The library sends a close for every handle release, also for handles it
+  // shares between opens: a close without an open of this client is answered 0.
+  auto open = it->second.opens.find(client);
+  if (open != it->second.opens.end() && --open->second <= 0) it->second.opens.erase(open);
   return {};
+}
+
+int StreamModel::openCount(int id) const {
+  auto it = streams_.find(id);
+  int count = 0;
+  if (it != streams_.end()) {
+    for (const auto& [client, opens] : it->second.opens) count += opens;
+  }
+  return count;
+}
+
+int StreamModel::dropClient(pid_t client) {
+  int dropped = 0;
+  for (auto& [id, stream] : streams_) {
+    auto open = stream.opens.find(client);
+    if (open == stream.opens.end()) continue;
+    dropped += open->second;
+    stream.opens.erase(open);
+  }
+  return dropped;
 }
 
 SMGR_RESULT StreamModel::info(const ObjectSelector& selector, SMGR_STREAM_INFO* info) {

@@ -1,11 +1,15 @@
 // The stream model of the simulated appliance: the rules the daemon applies
 // when streams are created, controlled and queried, and the counters that
 // advance while a stream runs. Pure model code (no queues), driven by the
-// appliance clock so that tests control time.
+// appliance clock so that tests control time. Streams and their started state
+// survive a restart (stream_persistence.cpp); opens are per client and go with it.
 #pragma once
+
+#include <sys/types.h>
 
 #include <cstdint>
 #include <map>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,15 +27,18 @@ class StreamModel {
   explicit StreamModel(Appliance& appliance) : appliance_(appliance) {}
 
   // Create: cfg is the configuration record as received, sources the wire entries.
-  Outcome create(const SMGR_STREAM_CFG& cfg, const SMGRPROT_OBJECT_SELECTOR* sources, size_t sourceCount);
+  // The creating client (0: none) holds the new stream open, as after an Open.
+  // Changes answered as done are persisted (Appliance::persist) before the model returns.
+  Outcome create(const SMGR_STREAM_CFG& cfg, const SMGRPROT_OBJECT_SELECTOR* sources, size_t sourceCount,
+                 pid_t client = 0);
   Outcome remove(const ObjectSelector& selector);
   Outcome start(const ObjectSelector& selector);
   Outcome stop(const ObjectSelector& selector);
   Outcome pause(const ObjectSelector& selector);
   Outcome resume(const ObjectSelector& selector);
   Outcome resetStats(const ObjectSelector& selector);
-  Outcome open(const ObjectSelector& selector);
-  Outcome close(int id);
+  Outcome open(const ObjectSelector& selector, pid_t client = 0);
+  Outcome close(int id, pid_t client = 0);
   SMGR_RESULT info(const ObjectSelector& selector, SMGR_STREAM_INFO* info);
   SMGR_RESULT stats(const ObjectSelector& selector, SMGR_STREAM_STATS* stats);
 
@@ -42,6 +49,16 @@ class StreamModel {
   bool usesStillImage(const std::string& baseName) const;
   // The reported state (SMGR_STREAM_STATE_...) of a stream, -1 when it does not exist.
   int stateOf(int id);
+  // Opens held on a stream by all clients together.
+  int openCount(int id) const;
+  // Forgets the opens of a client that is gone; how many there were.
+  int dropClient(pid_t client);
+
+  // The persisted section: every stream but the non-persistent ones, with its
+  // started state, and the next ID. load(null) starts empty; started streams
+  // come back started (setup phases again, counters from zero).
+  nlohmann::json save() const;
+  void load(const nlohmann::json& section);
 
  private:
   enum class Run { kStopped, kRunning, kPaused };
@@ -54,6 +71,7 @@ class StreamModel {
     int64_t accumulatedMs = 0;
     std::optional<int64_t> segmentStartMs;
     int bitRateKbps = 0;
+    std::map<pid_t, int> opens;  // client -> opens not closed yet
   };
 
   Stream* find(const ObjectSelector& selector);

@@ -109,6 +109,18 @@ TEST_F(CliTest, PauseResumeStopDeleteRoundTrip) {
   EXPECT_EQ(list[0]["name"], "cam1");
 }
 
+TEST_F(CliTest, StreamsSurviveAKillOfTheSimulator) {
+  createUdpAndSrt();
+  ok({"stream", "start", "cam1"});
+  ASSERT_TRUE(sim_.killAndRestart()) << sim_.log();  // right after the answer: nothing may be lost
+  json list = okJson({"stream", "list"});
+  ASSERT_EQ(list.size(), 2u);
+  EXPECT_EQ(list[0]["name"], "cam1");
+  EXPECT_EQ(list[0]["state"], "STREAMING");
+  EXPECT_EQ(list[1]["name"], "link2");
+  EXPECT_EQ(list[1]["state"], "STOPPED");
+}
+
 TEST_F(CliTest, StatsWatchPrintsOneTablePerRound) {
   createUdpAndSrt();
   ok({"stream", "start", "cam1"});

@@ -142,16 +142,26 @@ TEST_F(DaemonTest, AClientThatNeverReadsDoesNotBlockOthers) {
   EXPECT_TRUE(sim_.waitForLog("is full, reply dropped"));
 }
 
-TEST_F(DaemonTest, AKilledClientIsForgotten) {
+TEST_F(DaemonTest, AKilledClientIsForgottenWithItsOpens) {
   const std::string queue = sim_.queueName();
+  sim_.exportEnvironment();
+  ASSERT_EQ(RunCtl({"stream", "create", "cam1", "-e", "TS-UDP", "-a", "239.1.1.1", "-p", "5000", "--video",
+                    "venc1", "--audio", "aenc1"})
+                .status,
+            0);
   int ready[2];
   ASSERT_EQ(pipe(ready), 0);
   pid_t child = fork();
   if (child == 0) {
     close(ready[0]);
     RawClient client(queue);
-    // Tell the parent the queue name ('y' after a good connect), then wait to be killed.
-    const std::string report = (client.connect() == 0u ? "y" : "n") + client.queueName();
+    auto open = Make<SMGRPROT_MSG_STREAM_SELECT_REQ>(SMGRPROT_STREAM_OPEN_REQ, client);
+    open.Data.Select.enType = SMGR_SELECTBY_OBJECT_ID;
+    open.Data.Select.Via.ID = 1;
+    const bool opened =
+        client.connect() == 0u && client.send(&open, sizeof open) && ResultOf(client.receive()) == 0;
+    // Tell the parent the queue name ('y' after a good connect and open), then wait to be killed.
+    const std::string report = (opened ? "y" : "n") + client.queueName();
     (void)!write(ready[1], report.data(), report.size());
     pause();  // killed here, mid-session: no disconnect indication, no queue removal
     _exit(0);
@@ -166,6 +176,7 @@ TEST_F(DaemonTest, AKilledClientIsForgotten) {
   ASSERT_EQ(report[0], 'y');
   EXPECT_TRUE(sim_.waitForLog("client pid " + std::to_string(child) + " (raw-client) is gone, forgotten"))
       << sim_.log();
+  EXPECT_TRUE(sim_.waitForLog("pid " + std::to_string(child) + " left 1 stream opens")) << sim_.log();
   RawClient next(queue);
   ASSERT_EQ(next.connect(), 0u);
   EXPECT_TRUE(StillServes(next));

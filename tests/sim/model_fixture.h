@@ -70,8 +70,8 @@ class ApplianceTest : public ::testing::Test {
     }
   };
 
-  Outcome create(const SMGR_STREAM_CFG& cfg, const WireSources& sources = WireSources()) {
-    return streams().create(cfg, sources.entries, SMGR_MAX_STREAM_CONTENT_SOURCES);
+  Outcome create(const SMGR_STREAM_CFG& cfg, const WireSources& sources = WireSources(), pid_t client = 0) {
+    return streams().create(cfg, sources.entries, SMGR_MAX_STREAM_CONTENT_SOURCES, client);
   }
 
   static ObjectSelector ById(int id) { return ObjectSelector{false, id, {}}; }

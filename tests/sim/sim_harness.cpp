@@ -45,7 +45,11 @@ void SimProcess::start() {
   std::filesystem::create_directories(dir_);
   queue_ = "/simtest-" + std::to_string(getpid()) + "-" + std::to_string(n);
   std::ofstream(dir_ / "settings.ini") << "[API Library]\nInitIPCTimeout=1\nResponseTimeout=3000\n";
+  spawn();
+}
 
+void SimProcess::spawn() {
+  ready_ = false;
   pid_ = fork();
   if (pid_ == 0) {
     const std::string log = (dir_ / "sim.log").string();
@@ -69,6 +73,19 @@ void SimProcess::start() {
     }
     std::this_thread::sleep_for(std::chrono::milliseconds(25));
   }
+}
+
+bool SimProcess::killAndRestart() {
+  if (pid_ <= 0) return false;
+  kill(pid_, SIGKILL);
+  waitpid(pid_, nullptr, 0);
+  std::filesystem::remove(dir_ / "marker");  // a killed simulator leaves it behind
+  ready_ = false;
+  for (int attempt = 0; attempt < 40 && !ready_; ++attempt) {
+    if (attempt) std::this_thread::sleep_for(std::chrono::milliseconds(250));
+    spawn();
+  }
+  return ready();
 }
 
 SimProcess::~SimProcess() {

@@ -32,9 +32,13 @@ class SimProcess {
                   std::chrono::milliseconds timeout = std::chrono::milliseconds(5000)) const;
   // SIGTERM and wait; true when it exited 0 and removed its queue.
   bool stop();
+  // SIGKILL (no clean-up at all), then a new simulator on the same queue and
+  // state folder; true once it is ready.
+  bool killAndRestart();
 
  private:
   void start();
+  void spawn();
 
   std::filesystem::path dir_;
   std::string queue_;

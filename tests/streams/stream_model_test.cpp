@@ -1,8 +1,10 @@
 // Rules of the simulator's stream model: what the daemon accepts or refuses
-// at creation, the state machine, and the counters over a manual clock.
+// at creation, the state machine, the counters over a manual clock, what a
+// restart keeps and what goes with a client.
 #include <gtest/gtest.h>
 
 #include "model_fixture.h"
+#include "persistence.h"
 
 namespace sim::test {
 namespace {
@@ -10,6 +12,7 @@ namespace {
 using StreamCreateTest = ApplianceTest;
 using StreamStateTest = ApplianceTest;
 using StreamCountersTest = ApplianceTest;
+using StreamLifetimeTest = ApplianceTest;
 
 TEST_F(StreamCreateTest, AssignsIdsInCreationOrderAndReportsAppliedValues) {
   Outcome first = create(UdpConfig("cam1"));
@@ -310,6 +313,48 @@ TEST_F(StreamCountersTest, UnresolvedHostNameKeepsResolving) {
   SMGR_STREAM_STATS stats = statsOf(id);
   EXPECT_EQ(stats.enState, SMGR_STREAM_STATE_RESOLVING);
   EXPECT_EQ(uint64_t{stats.Counters.Sender.nTxOkPackets}, 0u);
+}
+
+TEST_F(StreamLifetimeTest, RestartKeepsStreamsAndStartedStateNotCountersNorNonPersistentOnes) {
+  appliance_->enablePersistence(true);
+  SMGR_STREAM_CFG srt = SrtConfig("srt");
+  srt.bAutoStart = TRUE;
+  ASSERT_EQ(create(srt).result, SMGR_ERROR_SUCCESS);
+  ASSERT_EQ(create(UdpConfig("paused")).result, SMGR_ERROR_SUCCESS);
+  ASSERT_EQ(streams().start(ByName("paused")).result, SMGR_ERROR_SUCCESS);
+  ASSERT_EQ(streams().pause(ByName("paused")).result, SMGR_ERROR_SUCCESS);
+  SMGR_STREAM_CFG scratch = UdpConfig("scratch");
+  scratch.bNonPersistent = TRUE;
+  ASSERT_EQ(create(scratch).result, SMGR_ERROR_SUCCESS);
+  clock_->advanceMs(10000);
+  const std::vector<SMGR_STREAM_INFO> before = streams().list();
+
+  Appliance restarted(ApplianceProfile::Default(), clock_, stateDir_);
+  std::string error;
+  ASSERT_TRUE(restarted.restore(&error)) << error;
+  StreamModel& again = restarted.family<StreamModel>();
+  const std::vector<SMGR_STREAM_INFO> after = again.list();
+  ASSERT_EQ(after.size(), 2u);
+  for (size_t i = 0; i < after.size(); ++i) EXPECT_EQ(memcmp(&after[i], &before[i], sizeof after[i]), 0) << i;
+  EXPECT_EQ(again.stateOf(1), SMGR_STREAM_STATE_CONNECTING);  // the SRT handshake again
+  EXPECT_EQ(again.stateOf(2), SMGR_STREAM_STATE_PAUSED);
+  SMGR_STREAM_STATS stats{};
+  ASSERT_EQ(again.stats(ById(1), &stats), SMGR_ERROR_SUCCESS);
+  EXPECT_EQ(stats.Counters.Sender.nTxOkPackets, 0u);
+  EXPECT_EQ(again.create(UdpConfig("next"), WireSources().entries, SMGR_MAX_STREAM_CONTENT_SOURCES).id, 4);
+}
+
+TEST_F(StreamLifetimeTest, ADepartedClientsOpensGoWithIt) {
+  ASSERT_EQ(create(UdpConfig("cam1"), WireSources(), 101).result, SMGR_ERROR_SUCCESS);  // held open by 101
+  EXPECT_EQ(streams().open(ById(1), 101).result, SMGR_ERROR_SUCCESS);
+  EXPECT_EQ(streams().open(ByName("cam1"), 202).result, SMGR_ERROR_SUCCESS);
+  EXPECT_EQ(streams().close(1, 101).result, SMGR_ERROR_SUCCESS);
+  EXPECT_EQ(streams().close(1, 303).result, SMGR_ERROR_SUCCESS);  // a close without an open changes nothing
+  EXPECT_EQ(streams().openCount(1), 2);
+  NotifyClientDeparture(*appliance_, 202);
+  EXPECT_EQ(streams().openCount(1), 1);
+  NotifyClientDeparture(*appliance_, 101);
+  EXPECT_EQ(streams().openCount(1), 0);
 }
 
 }  // namespace
