@@ -584,7 +584,14 @@ SMGR_API BOOL SessMgr_CreateStream(const SMGR_STREAM_CFG* pCfg, HSTREAM* phStrea
 SMGR_API BOOL SessMgr_OpenStream(const SMGR_OBJECT_SELECTOR* pSelector, HSTREAM* phStream);
 /** Releases one Open or Create of the handle; *phStream is cleared first. */
 SMGR_API BOOL SessMgr_CloseStream(HSTREAM* phStream);
-/** The stream ID that a handle remembers. No message, no lock. */
+/** The stream ID that a handle remembers. No message, no lock: the ID is
+ * read from the handle record while other threads may hold the API mutex.
+ * The ID of a handle never changes, and a close that drops one of several
+ * references leaves the record alone, so concurrent Open/Close of other
+ * references is harmless. A close of the last reference (or the last
+ * SessMgrLib_Shutdown) frees the record: a read racing it touches freed
+ * memory and at best fails with 2 on the wiped signature. Keep a reference
+ * of your own for as long as any thread may call this. */
 SMGR_API BOOL SessMgr_GetStreamID(HSTREAM hStream, int* pID);
 /** Deletes a stream (selector by ID or name); local handles stay until closed. */
 SMGR_API BOOL SessMgr_DeleteStream(const SMGR_OBJECT_SELECTOR* pSelector);

@@ -349,6 +349,8 @@ SMGR_API BOOL SessMgr_OpenStream(const SMGR_OBJECT_SELECTOR* pSelector, HSTREAM*
   if (!smgr::IsLibraryInitialised()) return NotInitialised(kOpenTraits.szOperation);
   // Held across the request too, so that two threads opening one stream share a handle.
   smgr::ApiLock lock;
+  // Again under the lock: a last shutdown may have drained the handle tables meanwhile.
+  if (!smgr::IsLibraryInitialised()) return NotInitialised(kOpenTraits.szOperation);
   if (pSelector == nullptr || phStream == nullptr) {
     SessMgr_SetLastError(SMGR_ERROR_INVALID_PARAMETERS);
     return FALSE;
@@ -404,6 +406,7 @@ SMGR_API BOOL SessMgr_CloseStream(HSTREAM* phStream) {
   if (!smgr::IsLibraryInitialised()) return NotInitialised(kCloseTraits.szOperation);
   SMGR_STREAM_HANDLE* pHandle = nullptr;
   smgr::ApiLock lock;  // the handle is checked and released under one hold of the mutex
+  if (!smgr::IsLibraryInitialised()) return NotInitialised(kCloseTraits.szOperation);  // shut down meanwhile
   if (phStream == nullptr || *phStream == nullptr || !_IsValidStreamHandle(*phStream, &pHandle)) {
     SessMgr_SetLastError(SMGR_ERROR_INVALID_PARAMETERS);
     SMGR_TRACE(5, "Done (returning FALSE).\n");
