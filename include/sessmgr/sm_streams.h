@@ -575,10 +575,12 @@ SMGR_STATIC_ASSERT(offsetof(SMGR_STREAM_STATS, usSourcePort) == 3872, stream_sta
 
 SMGR_EXTERN_C_BEGIN
 
-/** Creates a stream from pCfg (at most 2912 bytes of it, per pCfg->nSize) and
- * returns a new handle. Fails with 7 when this process already holds a handle
- * of that ID or name. TRUE with warning 0x80000003 when the host name of the
- * address did not resolve. */
+/** Creates a stream from pCfg and returns a new handle. The configuration sent
+ * is the first min(pCfg->nSize, 2912) bytes of the record, zeros after them;
+ * the content sources (their coverage of enContents and the request's
+ * per-source entries) are read from the whole record whatever its nSize. Fails with 7 when this process
+ * already holds a handle of that ID or name. TRUE with warning 0x80000003 when the host name of the address
+ * did not resolve. */
 SMGR_API BOOL SessMgr_CreateStream(const SMGR_STREAM_CFG* pCfg, HSTREAM* phStream);
 /** Opens an existing stream by ID or name; handles of one stream are shared and counted. */
 SMGR_API BOOL SessMgr_OpenStream(const SMGR_OBJECT_SELECTOR* pSelector, HSTREAM* phStream);
