@@ -575,16 +575,25 @@ SMGR_STATIC_ASSERT(offsetof(SMGR_STREAM_STATS, usSourcePort) == 3872, stream_sta
 
 SMGR_EXTERN_C_BEGIN
 
-/** Creates a stream from pCfg (at most 2912 bytes of it, per pCfg->nSize) and
- * returns a new handle. Fails with 7 when this process already holds a handle
- * of that ID or name. TRUE with warning 0x80000003 when the host name of the
- * address did not resolve. */
+/** Creates a stream from pCfg and returns a new handle. The configuration sent
+ * is the first min(pCfg->nSize, 2912) bytes of the record, zeros after them;
+ * the content sources (their coverage of enContents and the request's
+ * per-source entries) are read from the whole record whatever its nSize. Fails with 7 when this process
+ * already holds a handle of that ID or name. TRUE with warning 0x80000003 when the host name of the address
+ * did not resolve. */
 SMGR_API BOOL SessMgr_CreateStream(const SMGR_STREAM_CFG* pCfg, HSTREAM* phStream);
 /** Opens an existing stream by ID or name; handles of one stream are shared and counted. */
 SMGR_API BOOL SessMgr_OpenStream(const SMGR_OBJECT_SELECTOR* pSelector, HSTREAM* phStream);
 /** Releases one Open or Create of the handle; *phStream is cleared first. */
 SMGR_API BOOL SessMgr_CloseStream(HSTREAM* phStream);
-/** The stream ID that a handle remembers. No message, no lock. */
+/** The stream ID that a handle remembers. No message, no lock: the ID is
+ * read from the handle record while other threads may hold the API mutex.
+ * The ID of a handle never changes, and a close that drops one of several
+ * references leaves the record alone, so concurrent Open/Close of other
+ * references is harmless. A close of the last reference (or the last
+ * SessMgrLib_Shutdown) frees the record: a read racing it touches freed
+ * memory and at best fails with 2 on the wiped signature. Keep a reference
+ * of your own for as long as any thread may call this. */
 SMGR_API BOOL SessMgr_GetStreamID(HSTREAM hStream, int* pID);
 /** Deletes a stream (selector by ID or name); local handles stay until closed. */
 SMGR_API BOOL SessMgr_DeleteStream(const SMGR_OBJECT_SELECTOR* pSelector);

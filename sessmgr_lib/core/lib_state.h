@@ -51,9 +51,12 @@ size_t LiveHandleCount();
 // clone, are not supported by the library anyway).
 pid_t CurrentPid();
 
-// Like SessMgrLib_WaitForResponse, but also reports how many bytes the queue
-// actually delivered (the only trustworthy bound for reading the response).
-BOOL WaitForResponse(WORD wRespType, WORD wSequence, size_t* pnReportedSize, size_t* pnReceived);
+// Like SessMgrLib_WaitForResponse, but with the time-out of this wait (the
+// configured g_nIPCRespTimeoutInMS is only read by the callers, never changed)
+// and also reporting how many bytes the queue actually delivered (the only
+// trustworthy bound for reading the response).
+BOOL WaitForResponse(WORD wRespType, WORD wSequence, int nTimeoutMs, size_t* pnReportedSize,
+                     size_t* pnReceived);
 
 }  // namespace smgr
 

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <mutex>
 
 #include "lib_state.h"
 #include "lib_trace.h"
@@ -75,19 +76,11 @@ void SetDaemonFailure(const RequestTraits& traits, const ResponseView& response,
   }
 }
 
-// Restores the configured response time-out when a request used its own.
-class ResponseTimeoutOverride {
- public:
-  explicit ResponseTimeoutOverride(int nTimeoutMs) : saved_(g_nIPCRespTimeoutInMS), active_(nTimeoutMs > 0) {
-    if (active_) g_nIPCRespTimeoutInMS = nTimeoutMs;
-  }
-  ~ResponseTimeoutOverride() {
-    if (active_) g_nIPCRespTimeoutInMS = saved_;
-  }
-
- private:
-  int saved_;
-  bool active_;
+// g_APIMutex as a BasicLockable, so that Transact holds it through a
+// std::unique_lock and no return path can leave it locked.
+struct ApiMutex {
+  void lock() { pthread_mutex_lock(&g_APIMutex); }
+  void unlock() { pthread_mutex_unlock(&g_APIMutex); }
 };
 
 }  // namespace
@@ -152,7 +145,8 @@ BOOL Transact(const RequestTraits& traits, void* pvRequest, size_t nRequestSize,
     SessMgr_SetLastError(SMGR_ERROR_INVALID_PARAMETERS);
     return Done(traits, FALSE);
   }
-  if (traits.initCheck == InitCheck::Standard && g_nLibInitCount.load() < 1) {
+  const bool bCheckInit = traits.initCheck == InitCheck::Standard;
+  if (bCheckInit && g_nLibInitCount.load() < 1) {
     SessMgr_SetLastError(traits.notInitialisedResult);
     return Done(traits, FALSE);
   }
@@ -164,10 +158,16 @@ BOOL Transact(const RequestTraits& traits, void* pvRequest, size_t nRequestSize,
     FillHeader(pvRequest, traits.wRequestType, wSequence, nRequestSize);
   }
 
-  pthread_mutex_lock(&g_APIMutex);
+  ApiMutex mutex;
+  std::unique_lock<ApiMutex> lock(mutex);
+  // A last SessMgrLib_Shutdown may have run while this thread waited for the
+  // mutex: the queues are closed and the handle tables drained by now.
+  if (bCheckInit && g_nLibInitCount.load() < 1) {
+    SessMgr_SetLastError(traits.notInitialisedResult);
+    return Done(traits, FALSE);
+  }
   if (!bArgumentsValid) {
     SessMgr_SetLastError(SMGR_ERROR_INVALID_PARAMETERS);
-    pthread_mutex_unlock(&g_APIMutex);
     return Done(traits, FALSE);
   }
   if (traits.pidCheck == PidCheck::AfterLock) CheckPidChange(traits);
@@ -176,33 +176,23 @@ BOOL Transact(const RequestTraits& traits, void* pvRequest, size_t nRequestSize,
     wSequence = ++g_wTxSequence;
     FillHeader(pvRequest, traits.wRequestType, wSequence, nRequestSize);
   }
-  if (build && !build(pvRequest)) {
-    pthread_mutex_unlock(&g_APIMutex);
-    return Done(traits, FALSE);
-  }
+  if (build && !build(pvRequest)) return Done(traits, FALSE);
 
   if (Transport().send(g_OutMsgQID, static_cast<const char*>(pvRequest), nRequestSize, 0) != 0) {
     int nErrno = errno;
     if (traits.sendFailure == SendFailure::SetLastError)
       SessMgr_SetLastErrorEx(SMGR_ERROR_LIB_TO_DAEMON_IPC_ERROR, nErrno, nullptr);
     TraceSendFailure(traits, nErrno);
-    pthread_mutex_unlock(&g_APIMutex);
     return Done(traits, FALSE);
   }
 
   if (traits.sequenceOrder == SequenceOrder::BeforeLockWaitCurrent) wSequence = g_wTxSequence.load();
+  const int nTimeoutMs = traits.nResponseTimeoutMs > 0 ? traits.nResponseTimeoutMs : g_nIPCRespTimeoutInMS;
   size_t nReported = 0;
   size_t nReceived = 0;
-  BOOL bAnswered;
-  {
-    ResponseTimeoutOverride timeout(traits.nResponseTimeoutMs);
-    bAnswered =
-        WaitForResponse(static_cast<WORD>(traits.wRequestType + 1), wSequence, &nReported, &nReceived);
-  }
-  if (!bAnswered) {
-    pthread_mutex_unlock(&g_APIMutex);
+  if (!WaitForResponse(static_cast<WORD>(traits.wRequestType + 1), wSequence, nTimeoutMs, &nReported,
+                       &nReceived))
     return Done(traits, FALSE);
-  }
 
   const ResponseView response(g_pInputBuffer, nReceived);
   size_t nMinimum = traits.nMinResponseSize;
@@ -212,7 +202,6 @@ BOOL Transact(const RequestTraits& traits, void* pvRequest, size_t nRequestSize,
     SMGR_TRACE_AS(traits.szOperation, 3, "Response of %zu bytes is shorter than the %zu expected.\n",
                   nReceived, nMinimum);
     SessMgr_SetLastError(SMGR_ERROR_DAEMON_TO_LIB_IPC_GEN_ERROR);
-    pthread_mutex_unlock(&g_APIMutex);
     return Done(traits, FALSE);
   }
 
@@ -223,21 +212,18 @@ BOOL Transact(const RequestTraits& traits, void* pvRequest, size_t nRequestSize,
       copyBack(response, &ignored);
     }
     SetDaemonFailure(traits, response, result);
-    pthread_mutex_unlock(&g_APIMutex);
     return Done(traits, FALSE);
   }
 
   SMGR_RESULT lastError = result;
-  bool bCopied = !copyBack || copyBack(response, &lastError);
-  if (!bCopied) {
-    pthread_mutex_unlock(&g_APIMutex);
+  if (copyBack && !copyBack(response, &lastError)) {
     SessMgr_SetLastError(lastError);
     return Done(traits, FALSE);
   }
-  bool bSetLastError = traits.successLastError == SuccessLastError::Result;
+  const bool bSetLastError = traits.successLastError == SuccessLastError::Result;
   if (bSetLastError && traits.successErrorOrder == SuccessErrorOrder::BeforeUnlock)
     SessMgr_SetLastError(lastError);
-  pthread_mutex_unlock(&g_APIMutex);
+  lock.unlock();
   if (bSetLastError && traits.successErrorOrder == SuccessErrorOrder::AfterUnlock)
     SessMgr_SetLastError(lastError);
   return Done(traits, TRUE);

@@ -125,7 +125,8 @@ struct RequestTraits {
   SendFailure sendFailure = SendFailure::SetLastError;
   // Level 3 trace on mq_send failure, formatted with (errno, strerror text).
   const char* szSendFailureTrace = "Failed to send request to sessmgrd, errno (%d):%s.\n";
-  // Response time-out for this request in ms; 0 means the configured one.
+  // Response time-out for this request in ms, given to its wait alone (the
+  // configured g_nIPCRespTimeoutInMS is not touched); 0 means the configured one.
   int nResponseTimeoutMs = 0;
   // Level of the "Done (returning %s).\n" exit trace.
   int nExitTraceLevel = 5;

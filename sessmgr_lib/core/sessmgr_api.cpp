@@ -312,7 +312,8 @@ ConnectOutcome _Connect(SMGRPROT_MSG_CONNECT_RSP* pResponse) {
   }
   size_t nReported = 0;
   size_t nReceived = 0;
-  if (!smgr::WaitForResponse(SMGRPROT_USER_CONNECT_RSP, request.Header.wMsgSequence, &nReported, &nReceived))
+  if (!smgr::WaitForResponse(SMGRPROT_USER_CONNECT_RSP, request.Header.wMsgSequence, g_nIPCRespTimeoutInMS,
+                             &nReported, &nReceived))
     return ConnectOutcome::NoResponse;
   if (nReceived < sizeof(*pResponse)) {
     SMGR_TRACE(3, "Connect response of %zu bytes is too short.\n", nReceived);
@@ -620,7 +621,8 @@ size_t LiveHandleCount() {
   return nLive;
 }
 
-BOOL WaitForResponse(WORD wRespType, WORD wSequence, size_t* pnReportedSize, size_t* pnReceived) {
+BOOL WaitForResponse(WORD wRespType, WORD wSequence, int nTimeoutMs, size_t* pnReportedSize,
+                     size_t* pnReceived) {
   if (g_nLibInitCount.load() < 1) SMGR_TRACE(6, "Called.\n");
   struct timeval start;
   int nTimeOfDayRc = smgr::Transport().timeOfDay(&start);
@@ -703,8 +705,8 @@ BOOL WaitForResponse(WORD wRespType, WORD wSequence, size_t* pnReportedSize, siz
     CalcTimeOfDayAbsDiff(&now, &start, &elapsed);
     SMGR_TRACE(7, "Time spent for this request now at %d.%06d.\n", static_cast<int>(elapsed.tv_sec),
                static_cast<int>(elapsed.tv_usec));
-    long nTimeoutSecs = g_nIPCRespTimeoutInMS / 1000;
-    long nTimeoutMicros = static_cast<long>(g_nIPCRespTimeoutInMS % 1000) * 1000;
+    long nTimeoutSecs = nTimeoutMs / 1000;
+    long nTimeoutMicros = static_cast<long>(nTimeoutMs % 1000) * 1000;
     if (elapsed.tv_sec > nTimeoutSecs ||
         (elapsed.tv_sec == nTimeoutSecs && elapsed.tv_usec >= nTimeoutMicros)) {
       SessMgr_SetLastError(SMGR_ERROR_IPC_RESPONSE_TIMEOUT_ERROR);
@@ -738,7 +740,7 @@ BOOL SessMgrLib_Init(DWORD dwClientAPIVersion, DWORD* pdwActualAPIVersion) {
 BOOL SessMgrLib_WaitForResponse(WORD wRespType, WORD wSequence, size_t* pnSize) {
   size_t nReported = 0;
   size_t nReceived = 0;
-  BOOL bResult = smgr::WaitForResponse(wRespType, wSequence, &nReported, &nReceived);
+  BOOL bResult = smgr::WaitForResponse(wRespType, wSequence, g_nIPCRespTimeoutInMS, &nReported, &nReceived);
   if (bResult && pnSize != nullptr) *pnSize = nReported;
   return bResult;
 }

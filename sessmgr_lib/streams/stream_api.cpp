@@ -177,9 +177,10 @@ bool PrepareHostName(SMGR_IP_ADDRESS* pAddress, bool* pbWarningPending) {
 }
 
 // Fills the wire entries of the content sources and checks that they cover
-// every content kind of enContents. False with the last error set.
-bool PrepareContentSources(SMGRPROT_STREAM_CREATE_REQ_DATA* pData, uint32_t* pnUncovered) {
-  const SMGR_STREAM_CFG& cfg = pData->StreamCfg;
+// every content kind of enContents. Both read the caller's whole record, not
+// the copy cut to its nSize. False with the last error set.
+bool PrepareContentSources(const SMGR_STREAM_CFG& cfg, SMGRPROT_STREAM_CREATE_REQ_DATA* pData,
+                           uint32_t* pnUncovered) {
   const int nCount = static_cast<int>(cfg.nNumOfSources);
   uint32_t nMask = cfg.enContents;
   for (int i = 0; i < nCount; ++i) {
@@ -255,20 +256,21 @@ bool IsInStillImageFolder(const char* szPath) {
          std::strchr(szPath + nFolder, '/') == nullptr;
 }
 
-// Rewrites and checks the taken configuration; false with the last error set.
-bool PrepareCreateRequest(SMGRPROT_MSG_STREAM_CREATE_REQ* pRequest, bool* pbWarningPending) {
+// Rewrites and checks the taken configuration; the content sources come from
+// the caller's record. False with the last error set.
+bool PrepareCreateRequest(const SMGR_STREAM_CFG& callerCfg, SMGRPROT_MSG_STREAM_CREATE_REQ* pRequest,
+                          bool* pbWarningPending) {
   SMGRPROT_STREAM_CREATE_REQ_DATA& data = pRequest->Data;
-  if (data.StreamCfg.nNumOfSources > SMGR_MAX_STREAM_CONTENT_SOURCES) {
-    SMGR_TRACE_AS("SessMgr_CreateStream", 3, "Too many content sources (%u).\n",
-                  data.StreamCfg.nNumOfSources);
+  if (callerCfg.nNumOfSources > SMGR_MAX_STREAM_CONTENT_SOURCES) {
+    SMGR_TRACE_AS("SessMgr_CreateStream", 3, "Too many content sources (%u).\n", callerCfg.nNumOfSources);
     SessMgr_SetLastError(SMGR_ERROR_INVALID_PARAMETERS);
     return false;
   }
   if (!PrepareHostName(&data.StreamCfg.Address, pbWarningPending)) return false;
   uint32_t nUncovered = 0;
-  if (!PrepareContentSources(&data, &nUncovered)) return false;
+  if (!PrepareContentSources(callerCfg, &data, &nUncovered)) return false;
   if (!PrepareStillImage(&data.StreamCfg)) return false;
-  if (nUncovered != 0 || data.StreamCfg.nNumOfSources == 0) {
+  if (nUncovered != 0 || callerCfg.nNumOfSources == 0) {
     SessMgr_SetLastError(SMGR_ERROR_INVALID_STREAM_CONTENTS);
     return false;
   }
@@ -321,7 +323,7 @@ SMGR_API BOOL SessMgr_CreateStream(const SMGR_STREAM_CFG* pCfg, HSTREAM* phStrea
           SessMgr_SetLastError(SMGR_ERROR_OUT_OF_MEMORY);
           return false;
         }
-        return PrepareCreateRequest(&request, &bWarningPending);
+        return PrepareCreateRequest(*pCfg, &request, &bWarningPending);
       },
       [&](const ResponseView& response, SMGR_RESULT* pLastError) {
         SMGRPROT_MSG_STREAM_CREATE_RSP answer{};
@@ -349,6 +351,8 @@ SMGR_API BOOL SessMgr_OpenStream(const SMGR_OBJECT_SELECTOR* pSelector, HSTREAM*
   if (!smgr::IsLibraryInitialised()) return NotInitialised(kOpenTraits.szOperation);
   // Held across the request too, so that two threads opening one stream share a handle.
   smgr::ApiLock lock;
+  // Again under the lock: a last shutdown may have drained the handle tables meanwhile.
+  if (!smgr::IsLibraryInitialised()) return NotInitialised(kOpenTraits.szOperation);
   if (pSelector == nullptr || phStream == nullptr) {
     SessMgr_SetLastError(SMGR_ERROR_INVALID_PARAMETERS);
     return FALSE;
@@ -404,6 +408,7 @@ SMGR_API BOOL SessMgr_CloseStream(HSTREAM* phStream) {
   if (!smgr::IsLibraryInitialised()) return NotInitialised(kCloseTraits.szOperation);
   SMGR_STREAM_HANDLE* pHandle = nullptr;
   smgr::ApiLock lock;  // the handle is checked and released under one hold of the mutex
+  if (!smgr::IsLibraryInitialised()) return NotInitialised(kCloseTraits.szOperation);  // shut down meanwhile
   if (phStream == nullptr || *phStream == nullptr || !_IsValidStreamHandle(*phStream, &pHandle)) {
     SessMgr_SetLastError(SMGR_ERROR_INVALID_PARAMETERS);
     SMGR_TRACE(5, "Done (returning FALSE).\n");

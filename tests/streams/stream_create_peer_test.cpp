@@ -51,27 +51,29 @@ TEST_F(StreamCreateTest, RequestCarriesTheConfigurationAndOneWireEntryPerSource)
   EXPECT_TRUE(SessMgr_CloseStream(&hStream));
 }
 
-TEST_F(StreamCreateTest, ShortCallerRecordSendsZerosBeyondItsSize) {
+TEST_F(StreamCreateTest, ShortCallerRecordSendsZerosBeyondItsSizeButAllItsSources) {
   SMGR_STREAM_CFG cfg = VideoStream("old");
   cfg.nSize = 100;
-  cfg.Address.enType = SMGR_URL;
+  std::memset(cfg.Address.acAddress, 10, sizeof(cfg.Address.acAddress));  // cut at byte 100
   cfg.usPort = 5000;
+  std::strcpy(cfg.szStillImageFName, "/tmp/logo.mp4");  // beyond the 100 bytes: not checked
+  cfg.ContentSources[0].Selector.Via.ID = 77;
+  AnswerWithStream(SMGRPROT_STREAM_CREATE_REQ, 3);
   HSTREAM hStream = nullptr;
-  // Beyond 100 bytes there are no sources, so the record is refused before sending.
+  ASSERT_TRUE(SessMgr_CreateStream(&cfg, &hStream)) << SessMgr_GetLastError();
+  auto sent = peer.lastRequest(SMGRPROT_STREAM_CREATE_REQ)->as<SMGRPROT_MSG_STREAM_CREATE_REQ>();
+  const auto* pbSent = reinterpret_cast<const BYTE*>(&sent.Data.StreamCfg);
+  EXPECT_EQ(std::memcmp(pbSent, &cfg, 100), 0);
+  for (size_t i = 100; i < sizeof(cfg); ++i) ASSERT_EQ(pbSent[i], 0) << "offset " << i;
+  EXPECT_EQ(sent.Data.ContentSources[0].enType, SMGR_CONTENT_SRC_VIDEO);  // from the caller's whole record
+  EXPECT_EQ(sent.Data.ContentSources[0].Via.ID, 77);
+  EXPECT_TRUE(SessMgr_CloseStream(&hStream));
+
+  cfg.nSize = 100;  // the coverage check reads the whole record too
+  cfg.enContents |= SMGR_STREAM_CONTENTS_AUDIO;
   EXPECT_FALSE(SessMgr_CreateStream(&cfg, &hStream));
   EXPECT_EQ(SessMgr_GetLastError(), SMGR_ERROR_INVALID_STREAM_CONTENTS);
-  EXPECT_EQ(peer.requestCount(SMGRPROT_STREAM_CREATE_REQ), 0u);
-
-  cfg.nSize = offsetof(SMGR_STREAM_CFG, bUseShaping);  // sources included, everything after cut
-  cfg.bEncrypted = TRUE;
-  cfg.nDataBitRateInKbps = 99;
-  AnswerWithStream(SMGRPROT_STREAM_CREATE_REQ, 3);
-  ASSERT_TRUE(SessMgr_CreateStream(&cfg, &hStream));
-  auto sent = peer.lastRequest(SMGRPROT_STREAM_CREATE_REQ)->as<SMGRPROT_MSG_STREAM_CREATE_REQ>();
-  EXPECT_EQ(sent.Data.StreamCfg.usPort, 5000);
-  EXPECT_EQ(sent.Data.StreamCfg.bEncrypted, 0);
-  EXPECT_EQ(sent.Data.StreamCfg.nDataBitRateInKbps, 0u);
-  EXPECT_TRUE(SessMgr_CloseStream(&hStream));
+  EXPECT_EQ(peer.requestCount(SMGRPROT_STREAM_CREATE_REQ), 1u);
 }
 
 TEST_F(StreamCreateTest, ContentCoverage) {
