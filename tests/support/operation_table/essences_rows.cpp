@@ -77,7 +77,6 @@ BOOL CreateWith(CallContext& ctx, SMGR_ESSENCE_CFG cfg) {
 }
 
 HESSENCE WipedEssence() { return static_cast<HESSENCE>(wipedHandle()); }
-HESSENCE ForeignEssence() { return static_cast<HESSENCE>(foreignHandle(kEssenceKit.dwForeignSignature)); }
 
 struct ConfigureCall {
   static BOOL With(CallContext&, const SMGR_OBJECT_SELECTOR* pSelector) {
@@ -170,12 +169,6 @@ std::vector<OperationRow> EssenceRows() {
                       return SessMgr_OpenEssence(nullptr, ctx.buffer(sizeof(HESSENCE)).as<HESSENCE>());
                     },
                     invalidNoSend},
-                   {"NULL handle output",
-                    [](CallContext&) {
-                      SMGR_OBJECT_SELECTOR selector = ById(1);
-                      return SessMgr_OpenEssence(&selector, nullptr);
-                    },
-                    invalidNoSend},
                    {"selector by handle",
                     [](CallContext& ctx) {
                       SMGR_OBJECT_SELECTOR selector = ByHandle(WipedEssence());
@@ -185,12 +178,6 @@ std::vector<OperationRow> EssenceRows() {
                    {"selector kind 5",
                     [](CallContext& ctx) {
                       SMGR_OBJECT_SELECTOR selector = OfKind(5);
-                      return SessMgr_OpenEssence(&selector, ctx.buffer(sizeof(HESSENCE)).as<HESSENCE>());
-                    },
-                    invalidNoSend},
-                   {"by NULL name",
-                    [](CallContext& ctx) {
-                      SMGR_OBJECT_SELECTOR selector = ByName(nullptr);
                       return SessMgr_OpenEssence(&selector, ctx.buffer(sizeof(HESSENCE)).as<HESSENCE>());
                     },
                     invalidNoSend}}});
@@ -218,13 +205,6 @@ std::vector<OperationRow> EssenceRows() {
            BOOL bResult = SessMgr_CloseEssence(phEssence);
            return *phEssence == WipedEssence() ? bResult : 2;
          },
-         invalidNoSend},
-        {"handle of another family",
-         [](CallContext& ctx) {
-           HESSENCE* phEssence = ctx.buffer(sizeof(HESSENCE)).as<HESSENCE>();
-           *phEssence = ForeignEssence();
-           return SessMgr_CloseEssence(phEssence);
-         },
          invalidNoSend}}});
   rows.push_back(
       {"SessMgr_GetEssenceID",
@@ -240,11 +220,6 @@ std::vector<OperationRow> EssenceRows() {
         {"wiped handle",
          [](CallContext& ctx) {
            return SessMgr_GetEssenceID(WipedEssence(), ctx.buffer(sizeof(int)).as<int>());
-         },
-         invalidNoSend},
-        {"handle of another family",
-         [](CallContext& ctx) {
-           return SessMgr_GetEssenceID(ForeignEssence(), ctx.buffer(sizeof(int)).as<int>());
          },
          invalidNoSend}}});
 
@@ -302,14 +277,7 @@ std::vector<OperationRow> EssenceRows() {
                   nullptr,
                   nullptr,
                   nullptr,
-                  {{"NULL records",
-                    [](CallContext&) -> BOOL {
-                      SMGR_ESSENCE_CFG cfg = AudioEssenceCfg();
-                      return !AreEssenceConfigsIdentical(nullptr, &cfg) &&
-                             !AreEssenceConfigsIdentical(&cfg, nullptr);
-                    },
-                    local},
-                   {"unterminated names, unnamed with index 0",
+                  {{"unterminated names, unnamed with index 0",
                     [](CallContext&) -> BOOL {
                       SMGR_ESSENCE_CFG a = AudioEssenceCfg();
                       SMGR_ESSENCE_CFG b = a;
