@@ -370,7 +370,9 @@ SMGR_API BOOL SessMgr_GetEssenceNameAtIndex(UINT nOffset, char* szBuffer, size_t
     SessMgr_SetLastError(SMGR_ERROR_NO_MATCHING_ESSENCE_FOUND);
     return FALSE;
   }
-  CopyString(szBuffer, info.szName, nSize);
+  char szName[SMGR_OBJECT_NAME_SIZE + 1] = {};  // the daemon's name may lack its terminator
+  std::memcpy(szName, info.szName, sizeof(info.szName));
+  CopyString(szBuffer, szName, nSize);
   return TRUE;
 }
 

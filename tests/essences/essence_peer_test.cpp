@@ -10,6 +10,7 @@
 #include "essence_internal.h"
 #include "peer_fixture.h"
 #include "smgr_protocol.h"
+#include "trace_capture.h"
 
 namespace smgr::test {
 namespace {
@@ -54,6 +55,26 @@ class EssencePeerTest : public ConnectedPeerTest {
                        Reply::withResult(result).put(20, nID).bytes(24, name, sizeof(name)));
   }
 };
+
+TEST_F(EssencePeerTest, TracesKeepTheirQuirks) {
+  TraceCapture traces(6);
+  SMGR_ESSENCE_CFG cfg = Audio("t");
+  cfg.Media.Video.enInputFormat = 0x80000001E008703Bull;  // 1920x1080i29, printed with "%d"
+  cfg.enMediaType = SMGR_ESSENCE_MEDIA_TYPE_VIDEO;
+  HESSENCE hEssence = nullptr;
+  AnswerCreate(1, "t");
+  ASSERT_TRUE(SessMgr_CreateEssence(&cfg, &hEssence));
+  EXPECT_TRUE(traces.has("nInputChannel= 2.\n"));
+  EXPECT_TRUE(traces.has("usPort =  5004.\n"));
+  EXPECT_TRUE(traces.has("Media.Video.enInputFormat = \"1920x1080i29\":-536317893.\n"));
+  cfg.SetFieldsFlag = SMGR_ESSENCE_SET_PORT | SMGR_ESSENCE_SET_AUDIO_PACKET_TIME;
+  SMGR_OBJECT_SELECTOR byId = Select(SMGR_SELECTBY_OBJECT_ID, 1);
+  SessMgr_ConfigureEssence(&byId, &cfg);
+  EXPECT_TRUE(traces.has("SetFieldsFlag = 0x0000000000002040.\n"));
+  EXPECT_TRUE(traces.has("Setting PORT to 5004.\n"));
+  EXPECT_TRUE(traces.hasFragment("Setting SMGR_ESSENCE_AUDIO_PACKET_TIME to \"(Invalid:"));
+  EXPECT_TRUE(SessMgr_CloseEssence(&hEssence));
+}
 
 TEST_F(EssencePeerTest, CreateFailureReadsTheDescriptionAt88AndFreesTheHandle) {
   char text[160] = "address in use by essence 3";
