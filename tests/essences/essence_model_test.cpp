@@ -15,6 +15,8 @@
 namespace sim::test {
 namespace {
 
+constexpr BYTE kOwn[4] = {192, 168, 1, 10};  // the unit's address in the default profile
+
 class EssenceModelTest : public ::testing::Test {
  protected:
   void SetUp() override { makeAppliance(R"({"personality": "2110", "video_inputs": 2})"); }
@@ -58,24 +60,14 @@ TEST_F(EssenceModelTest, BadConfigurationsGetTheDaemonsCodes) {
       {"payload 95", [](SMGR_ESSENCE_CFG& c) { c.nRTPPayload = 95; }, 290},
       {"port 0", [](SMGR_ESSENCE_CFG& c) { c.usPort = 0; }, 287},
       {"unicast elsewhere", [](SMGR_ESSENCE_CFG& c) { c.Address.acAddress[0] = 10; }, 288},
-      {"unit's own without source",
-       [](SMGR_ESSENCE_CFG& c) {
-         const BYTE own[4] = {192, 168, 1, 10};
-         memcpy(c.Address.acAddress, own, 4);
-       },
-       293},
+      {"unit's own without source", [](SMGR_ESSENCE_CFG& c) { memcpy(c.Address.acAddress, kOwn, 4); }, 293},
       {"multicast source",
        [](SMGR_ESSENCE_CFG& c) {
          c.SourceAddress.enType = SMGR_IPV4_ADDRESS;
          c.SourceAddress.acAddress[0] = 232;
        },
        294},
-      {"source is the unit",
-       [](SMGR_ESSENCE_CFG& c) {
-         const BYTE own[4] = {192, 168, 1, 10};
-         memcpy(c.SourceAddress.acAddress, own, 4);
-       },
-       295},
+      {"source is the unit", [](SMGR_ESSENCE_CFG& c) { memcpy(c.SourceAddress.acAddress, kOwn, 4); }, 295},
       {"address and port taken", [](SMGR_ESSENCE_CFG& c) { c.usPort = 5000; }, 0x10000003u},
       {"media values on data", [](SMGR_ESSENCE_CFG& c) { c.enMediaType = SMGR_ESSENCE_MEDIA_TYPE_DATA; },
        0x1000000Bu},

@@ -233,7 +233,7 @@ int FillConfig(const std::string& operation, const EssenceArgs& args, bool creat
     cfg->Media.Audio.enPacketTime =
         args.ptime == "1ms" ? SMGR_AUDIO_ESSENCE_PACKET_TIME_1MS : SMGR_AUDIO_ESSENCE_PACKET_TIME_125US;
     cfg->Media.Audio.nNumOfChannels = static_cast<uint32_t>(args.audio);
-    flags |= SMGR_ESSENCE_SET_AUDIO_PACKET_TIME;
+    if (create || args.given("--ptime")) flags |= SMGR_ESSENCE_SET_AUDIO_PACKET_TIME;
     if (args.given("--audio")) flags |= SMGR_ESSENCE_SET_MEDIA_TYPE | SMGR_ESSENCE_SET_AUDIO_NUM_CHANNELS;
   } else if (args.data) {
     cfg->enMediaType = SMGR_ESSENCE_MEDIA_TYPE_DATA;
