@@ -112,6 +112,10 @@ struct RequestTraits {
   // The response carries szErrorDescription after Result (the generic 180-byte
   // head). Without it the head is Result alone (20 bytes).
   bool bResponseHasDescription = true;
+  // Message offset of szErrorDescription when it does not follow Result
+  // directly (a create response that carries the new ID and name first); 0
+  // means right after Result.
+  size_t nDescriptionOffset = 0;
   SuccessLastError successLastError = SuccessLastError::Result;
   SuccessErrorOrder successErrorOrder = SuccessErrorOrder::AfterUnlock;
   FailureLastError failureLastError = FailureLastError::ResultWithDescription;
@@ -151,8 +155,8 @@ class ResponseView {
   WORD reportedSize() const;
   SMGR_RESULT result() const;
   // Copies the daemon's description (terminated, at most nSize - 1 chars); empty
-  // when the response carries none.
-  void description(char* szBuffer, size_t nSize) const;
+  // when the response carries none. nOffset 0 means right after Result.
+  void description(char* szBuffer, size_t nSize, size_t nOffset = 0) const;
 
   // Reads a value at a message offset; false (and *pValue untouched) when it
   // does not lie wholly within the received bytes.

@@ -28,7 +28,9 @@ std::string ReadFile(const std::filesystem::path& path) {
 
 }  // namespace
 
-SimProcess::SimProcess() {
+SimProcess::SimProcess() : SimProcess(std::string()) {}
+
+SimProcess::SimProcess(std::string profileJson) : profileJson_(std::move(profileJson)) {
   // The simulator exits at once when the queue budget is exhausted: try again for a while.
   for (int attempt = 0; attempt < 40 && !ready_; ++attempt) {
     if (attempt) std::this_thread::sleep_for(std::chrono::milliseconds(250));
@@ -45,6 +47,7 @@ void SimProcess::start() {
   std::filesystem::create_directories(dir_);
   queue_ = "/simtest-" + std::to_string(getpid()) + "-" + std::to_string(n);
   std::ofstream(dir_ / "settings.ini") << "[API Library]\nInitIPCTimeout=1\nResponseTimeout=3000\n";
+  if (!profileJson_.empty()) std::ofstream(dir_ / "profile.json") << profileJson_;
   spawn();
 }
 
@@ -55,9 +58,12 @@ void SimProcess::spawn() {
     const std::string log = (dir_ / "sim.log").string();
     const std::string state = (dir_ / "state").string();
     const std::string marker = (dir_ / "marker").string();
+    const std::string profile = (dir_ / "profile.json").string();
+    const char* profileOption = profileJson_.empty() ? nullptr : "--profile";
     execl(SESSMGR_SIM_PATH, SESSMGR_SIM_PATH, "--foreground", "--verbose", "--queue", queue_.c_str(),
           "--max-messages", "4", "--state-dir", state.c_str(), "--mark-started", "--marker", marker.c_str(),
-          "--log-file", log.c_str(), "--pid-check-ms", "200", static_cast<char*>(nullptr));
+          "--log-file", log.c_str(), "--pid-check-ms", "200", profileOption, profile.c_str(),
+          static_cast<char*>(nullptr));
     _exit(127);
   }
   // Ready once the marker exists (written after the queue is made).

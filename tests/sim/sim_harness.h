@@ -18,6 +18,8 @@ namespace sim::test {
 class SimProcess {
  public:
   SimProcess();  // starts the simulator; ASSERTs in the caller check ready()
+  // Same, with this JSON document as --profile (e.g. an ST 2110 unit).
+  explicit SimProcess(std::string profileJson);
   ~SimProcess();
   bool ready() const { return pid_ > 0 && ready_; }
   pid_t pid() const { return pid_; }
@@ -42,6 +44,7 @@ class SimProcess {
 
   std::filesystem::path dir_;
   std::string queue_;
+  std::string profileJson_;
   pid_t pid_ = -1;
   bool ready_ = false;
 };
