@@ -57,7 +57,7 @@ void SetDaemonFailure(const RequestTraits& traits, const ResponseView& response,
   switch (traits.failureLastError) {
     case FailureLastError::ResultWithDescription: {
       char szDescription[kDescriptionSize + 1];
-      response.description(szDescription, sizeof(szDescription));
+      response.description(szDescription, sizeof(szDescription), traits.nDescriptionOffset);
       SessMgr_SetLastErrorEx(result, 0, szDescription);
       break;
     }
@@ -104,14 +104,15 @@ SMGR_RESULT ResponseView::result() const {
   return result;
 }
 
-void ResponseView::description(char* szBuffer, size_t nSize) const {
+void ResponseView::description(char* szBuffer, size_t nSize, size_t nOffset) const {
   if (szBuffer == nullptr || nSize == 0) return;
   szBuffer[0] = '\0';
-  if (n_ <= kDescriptionOffset) return;
+  if (nOffset == 0) nOffset = kDescriptionOffset;
+  if (n_ <= nOffset) return;
   // The daemon's text may lack its terminator: take at most the field, at most
   // what arrived, and stop at the first NUL.
-  size_t nAvailable = std::min(n_ - kDescriptionOffset, kDescriptionSize);
-  const char* szText = reinterpret_cast<const char*>(pb_ + kDescriptionOffset);
+  size_t nAvailable = std::min(n_ - nOffset, kDescriptionSize);
+  const char* szText = reinterpret_cast<const char*>(pb_ + nOffset);
   size_t nLength = strnlen(szText, nAvailable);
   nLength = std::min(nLength, nSize - 1);
   std::memcpy(szBuffer, szText, nLength);

@@ -112,6 +112,9 @@ struct RequestTraits {
   // The response carries szErrorDescription after Result (the generic 180-byte
   // head). Without it the head is Result alone (20 bytes).
   bool bResponseHasDescription = true;
+  // Message offset of szErrorDescription when it does not follow Result
+  // directly (a create response with the new ID and name first); 0 means 20.
+  size_t nDescriptionOffset = 0;
   SuccessLastError successLastError = SuccessLastError::Result;
   SuccessErrorOrder successErrorOrder = SuccessErrorOrder::AfterUnlock;
   FailureLastError failureLastError = FailureLastError::ResultWithDescription;
@@ -149,9 +152,10 @@ class ResponseView {
   // The header's wMsgSize: what the daemon says it sent (never trusted for reads).
   WORD reportedSize() const;
   SMGR_RESULT result() const;
-  // Copies the daemon's description (terminated, at most nSize - 1 chars); empty
-  // when the response carries none.
-  void description(char* szBuffer, size_t nSize) const;
+  // Copies the daemon's description (terminated, at most nSize - 1 chars) from
+  // message offset nOffset (0: right after Result); empty when the response
+  // carries none.
+  void description(char* szBuffer, size_t nSize, size_t nOffset = 0) const;
 
   // Reads a value at a message offset; false (and *pValue untouched) when it
   // does not lie wholly within the received bytes.
