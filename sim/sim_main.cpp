@@ -115,6 +115,9 @@ int main(int argc, char** argv) {
   prctl(PR_SET_NAME, "sessmgrd", 0, 0, 0);
 
   sim::Appliance appliance(profile, std::make_shared<sim::SteadyClock>(), stateDir);
+  // Every family's saved state comes back (or its defaults are set up) before the first request.
+  appliance.enablePersistence(true);
+  if (std::string restoreError; !appliance.restore(&restoreError)) SIM_LOG_INFO("%s", restoreError.c_str());
   sim::ServerOptions options;
   options.queueName = queueName;
   options.maxMessages = maxMessages;
