@@ -277,5 +277,19 @@ TEST_F(MetaDataPeerTest, StatisticsNeedTheWholeRecordAndComeBackWithSensorsSorte
   EXPECT_STREQ(stats.format.CoT.aszSensorUIDs[3], "AAA-not-counted");
 }
 
+TEST(MetaDataValueNames, VideoInputsAreNamedByPersonalityAndClassificationsStartAtOne) {
+  char sz[16];
+  const int saved = g_enPersonality;
+  g_enPersonality = 1;  // ST 2110
+  EXPECT_STREQ(SessMgr_GetMetaDataInputTypeString(SMGR_METADATA_IN_TYPE_VIDEO_INPUT, sz, sizeof sz),
+               "ST-2110");
+  g_enPersonality = 0;
+  EXPECT_STREQ(SessMgr_GetMetaDataInputTypeString(SMGR_METADATA_IN_TYPE_VIDEO_INPUT, sz, sizeof sz),
+               "HD-SDI");
+  g_enPersonality = saved;
+  EXPECT_STREQ(SessMgr_GetMetaDataMissionClassificationString(0, sz, sizeof sz), "(Invalid:0)");
+  EXPECT_STREQ(SessMgr_GetMetaDataSourceStateString(0, sz, 4), "DIS");
+}
+
 }  // namespace
 }  // namespace smgr::test
