@@ -9,6 +9,7 @@
 
 #include "lib_state.h"
 #include "peer_fixture.h"
+#include "row_kit.h"
 
 namespace smgr::test {
 namespace {
@@ -50,17 +51,6 @@ class MetaDataPeerTest : public ConnectedPeerTest {
     std::memcpy(pCfg->Relays[i].Address.acAddress, ab, 4);
     pCfg->Relays[i].usPort = usPort;
     if (pCfg->nNumOfRelays < static_cast<uint32_t>(i + 1)) pCfg->nNumOfRelays = i + 1;
-  }
-  static SMGR_OBJECT_SELECTOR ById(int nID) {
-    SMGR_OBJECT_SELECTOR s{};
-    s.Via.ID = nID;
-    return s;
-  }
-  static SMGR_OBJECT_SELECTOR ByName(const char* szName) {
-    SMGR_OBJECT_SELECTOR s{};
-    s.enType = SMGR_SELECTBY_OBJECT_NAME;
-    s.Via.szName = szName;
-    return s;
   }
   void AnswerCreate(int nID, const char* szName) {
     char name[64] = {};
