@@ -159,13 +159,31 @@ int RunShow(const std::string& target) {
     return 0;
   }
   Table fields({"FIELD", "VALUE"});
-  for (const auto& [key, field] : value.items()) {
-    if (key != "stats") fields.add({key, field.is_string() ? field.get<std::string>() : field.dump()});
-  }
-  for (const auto& [key, field] : value["stats"].items()) {
-    if (key != "id" && key != "name")
-      fields.add({key, field.is_string() ? field.get<std::string>() : field.dump()});
-  }
+  auto add = [&](const std::string& field, const std::string& text) { fields.add({field, text}); };
+  auto yes = [](BOOL b) { return std::string(b ? "Yes" : "No"); };
+  add("ID", std::to_string(info.nIndex));
+  add("Name", info.szName);
+  add("Input", TypeName(info.enInputType) + " " + InputText(info));
+  add("Format", FormatName(info.enInputFormat));
+  add("Status", StatusName(info.enStatus));
+  add("Relaying", yes(info.bEnableRelaying));
+  for (const json& relay : value["relays"])
+    add("Relay", relay["address"].get<std::string>() + ":" + relay["port"].dump() + " ttl " +
+                     relay["ttl"].dump() + " tos " + relay["tos"].dump());
+  if (info.szMissionID[0]) add("Mission ID", value["mission_id"]);
+  if (info.bClassifyMission) add("Classification", value["classification"]);
+  if (info.bFilterUASTags) add("UAS tags", value["uas_tags"]);
+  if (info.bFilterUASSecurityTags) add("Security tags", value["security_tags"]);
+  add("State", StateName(stats.enState));
+  add("Bytes / messages",
+      std::to_string(Val(stats.nRxBytes)) + " / " + std::to_string(Val(stats.nRxOkMessages)));
+  add("Bit rate", std::to_string(stats.nBitRateInKbps) + " kbit/s");
+  if (stats.bLatencyMeasured)
+    add("Latency min / avg / max", std::to_string(stats.nMinLatencyInMS) + " / " +
+                                       std::to_string(stats.nAverageLatencyInMS) + " / " +
+                                       std::to_string(stats.nMaxLatencyInMS) + " ms");
+  if (value["stats"].contains("sensors"))
+    for (const json& sensor : value["stats"]["sensors"]) add("Sensor", sensor);
   std::cout << fields.render();
   return 0;
 }
@@ -290,7 +308,8 @@ std::string BuildConfig(const SourceArgs& args, SMGR_METADATA_CFG* cfg) {
     if (!ParseAddressPort(args.udp, &cfg->in.Network.Address, &cfg->in.Network.usPort))
       return "bad --udp " + args.udp;
     flags |= SMGR_METADATA_SET_INPUT_TYPE | SMGR_METADATA_SET_INET_PORT;
-    if (args.udp.find(':') != std::string::npos) flags |= SMGR_METADATA_SET_INET_ADDRESS;  // PORT alone keeps it
+    if (args.udp.find(':') != std::string::npos)
+      flags |= SMGR_METADATA_SET_INET_ADDRESS;  // PORT alone keeps it
   }
   if (args.given("--video-input")) {
     cfg->enInputType = SMGR_METADATA_IN_TYPE_VIDEO_INPUT;
@@ -411,6 +430,7 @@ int PrintStatsOnce(const std::vector<std::string>& targets) {
   }
   json array = json::array();
   Table table({"ID", "NAME", "STATE", "BYTES", "MESSAGES", "KBIT/S"});
+  for (const char* number : {"ID", "BYTES", "MESSAGES", "KBIT/S"}) table.alignRight(number);
   for (const SMGR_METADATA_INFO& info : sources) {
     SMGR_METADATA_STATS stats;
     if (!Stats(ById(info.nIndex), &stats)) return Fail("metadata stats " + std::to_string(info.nIndex));
