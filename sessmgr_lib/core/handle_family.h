@@ -124,6 +124,23 @@ class HandleFamily {
     return nullptr;
   }
 
+  // Create's duplicate check for a family whose records carry a whole
+  // configuration and whose own rule says when two describe one object:
+  // the first linked record for which bIdentical(record) holds sets last
+  // error 7, like LocateByConfig.
+  template <typename Predicate>
+  static Record* LocateByIdentity(Predicate bIdentical) {
+    for (FNODE_D* pNode = List().pHead; pNode != nullptr; pNode = pNode->pNext) {
+      Record& record = *static_cast<Record*>(pNode->pvObject);
+      if (bIdentical(record)) {
+        SessMgr_SetLastError(SMGR_ERROR_ID_IN_USE);
+        return &record;
+      }
+    }
+    SMGR_TRACE_AS(Traits::kLocateByConfigName, 7, "No handle found matching configuration.\n");
+    return nullptr;
+  }
+
   // Links a record the daemon accepted at the tail of the family list.
   static void Link(Record* pHandle) { FastLinkD(&pHandle->DNode, pHandle, &List()); }
 

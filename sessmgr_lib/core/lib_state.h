@@ -22,7 +22,6 @@ extern int64_t g_nMaxMsgSize;            // message size of the receive queue = 
 extern BYTE* g_pInputBuffer;             // the receive buffer; holds the response after a wait
 extern char g_szLocalQueueName[32];      // name of the receive queue
 extern std::atomic<int> g_nLibInitCount;  // successful inits not yet shut down (read unlocked)
-extern BOOL g_bDoStringAPITrace;          // value-name operations trace their calls
 extern pthread_mutex_t g_APIMutex;        // the API mutex (recursive, see ApiLock)
 extern std::atomic<pid_t> g_ClientPID;    // process the queues and connection were made for
 extern std::atomic<uid_t> g_ClientUID;    // user ID put into every request header (set unlocked)
@@ -31,6 +30,10 @@ extern DWORD g_dwClientAPIVersion;        // API version the client asked for
 extern int g_enCardType;                  // card type from the connect response
 extern int g_nIPCRespTimeoutInMS;         // response time-out in ms
 extern int g_enPersonality;               // system personality
+
+// Value-name operations trace their calls while on; record dumps switch it off
+// meanwhile, from any thread.
+extern std::atomic<BOOL> g_bDoStringAPITrace;
 
 namespace smgr {
 

@@ -33,7 +33,7 @@ int64_t g_nMaxMsgSize = 0;
 BYTE* g_pInputBuffer = nullptr;
 char g_szLocalQueueName[32] = "";
 std::atomic<int> g_nLibInitCount{0};
-BOOL g_bDoStringAPITrace = TRUE;
+std::atomic<BOOL> g_bDoStringAPITrace{TRUE};
 // Recursive: family operations hold it when they call AdaptToPIDChange, which
 // takes it again so that the whole re-connect stays under it.
 pthread_mutex_t g_APIMutex = PTHREAD_RECURSIVE_MUTEX_INITIALIZER_NP;

@@ -4,6 +4,7 @@
 // reads and when its calls are traced.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 
 #include "request_engine.h"
@@ -11,7 +12,7 @@
 
 // Whether the value-name operations trace their calls (library-wide switch;
 // record dumps turn it off meanwhile).
-extern BOOL g_bDoStringAPITrace;
+extern std::atomic<BOOL> g_bDoStringAPITrace;
 
 namespace smgr {
 
