@@ -127,6 +127,10 @@ struct OperationRow {
   // Last error of the valid invocation while the library is not initialised
   // (families that report 2 instead of 14, or that fail to send instead, say so).
   SMGR_RESULT notInitialisedResult = SMGR_ERROR_LIB_NOT_INITIALIZED;
+  // Which failures return FALSE with the last error as it was (families that
+  // report only some failures say which).
+  enum class KeptLastError { Never, OnSendFailure, OnDaemonOrSendFailure };
+  KeptLastError keptLastError = KeptLastError::Never;
 };
 
 // Static registration of one family's rows; the table lists families in name order.

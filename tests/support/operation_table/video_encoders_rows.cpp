@@ -96,8 +96,10 @@ BOOL CallPlain(CallContext&, HVIDENC hEncoder) {
   return Fn(hEncoder);
 }
 
+using Kept = OperationRow::KeptLastError;
+
 template <BOOL (*Fn)(HVIDENC)>
-OperationRow HandleRow(const char* szName, WORD wRequest) {
+OperationRow HandleRow(const char* szName, WORD wRequest, Kept kept = Kept::Never) {
   OperationRow row{szName,
                    wRequest,
                    SuccessCodes::ZeroOnly,
@@ -107,6 +109,7 @@ OperationRow HandleRow(const char* szName, WORD wRequest) {
                    CloseEncoders,
                    BadHandleInputs<CallPlain<Fn>>()};
   row.notInitialisedResult = SMGR_ERROR_INVALID_PARAMETERS;
+  row.keptLastError = kept;
   return row;
 }
 
@@ -144,6 +147,7 @@ OperationRow RecordRow(const char* szName, WORD wRequest, Bytes (*answer)(const 
       CloseEncoders,
       std::move(bad)};
   row.notInitialisedResult = SMGR_ERROR_INVALID_PARAMETERS;
+  row.keptLastError = Kept::OnDaemonOrSendFailure;
   return row;
 }
 
@@ -299,8 +303,8 @@ std::vector<OperationRow> VideoEncoderRows() {
   rows.push_back(HandleRow<SessMgr_StopVideoEncoder>("SessMgr_StopVideoEncoder", SMGRPROT_VIDENC_STOP_REQ));
   rows.push_back(
       HandleRow<SessMgr_ResetVideoEncoder>("SessMgr_ResetVideoEncoder", SMGRPROT_VIDENC_RESET_REQ));
-  rows.push_back(HandleRow<SessMgr_ResetVideoEncoderStats>("SessMgr_ResetVideoEncoderStats",
-                                                           SMGRPROT_VIDENC_RESETSTATS_REQ));
+  rows.push_back(HandleRow<SessMgr_ResetVideoEncoderStats>(
+      "SessMgr_ResetVideoEncoderStats", SMGRPROT_VIDENC_RESETSTATS_REQ, Kept::OnDaemonOrSendFailure));
 
   OperationRow configure{"SessMgr_ConfigureVideoEncoder",
                          SMGRPROT_VIDENC_SETCFG_REQ,
@@ -314,6 +318,7 @@ std::vector<OperationRow> VideoEncoderRows() {
       {"NULL configuration",
        [](CallContext& ctx) { return SessMgr_ConfigureVideoEncoder(Opened(ctx), nullptr); }, invalidNoSend});
   configure.notInitialisedResult = SMGR_ERROR_INVALID_PARAMETERS;
+  configure.keptLastError = Kept::OnSendFailure;
   rows.push_back(std::move(configure));
 
   rows.push_back(RecordRow<SMGR_VIDEO_ENCODER_INFO, SessMgr_GetVideoEncoderInfo>(
@@ -347,6 +352,7 @@ std::vector<OperationRow> VideoEncoderRows() {
         [](CallContext& ctx) { return SessMgr_ControlVideoEncoder(Opened(ctx), 1, nullptr, nullptr); },
         acceptedAndSent}});
   control.notInitialisedResult = SMGR_ERROR_INVALID_PARAMETERS;
+  control.keptLastError = Kept::OnDaemonOrSendFailure;
   rows.push_back(std::move(control));
 
   OperationRow sprop{"SessMgr_GetVideoEncoderSPROP",
@@ -386,11 +392,13 @@ std::vector<OperationRow> VideoEncoderRows() {
         },
         acceptedAndSent}});
   sprop.notInitialisedResult = SMGR_ERROR_INVALID_PARAMETERS;
+  sprop.keptLastError = Kept::OnDaemonOrSendFailure;
   rows.push_back(std::move(sprop));
 
   OperationRow enumerate = PagedRow<SMGR_VIDEO_ENCODER_INFO, SessMgr_EnumerateVideoEncoders>(
       "SessMgr_EnumerateVideoEncoders", SMGRPROT_VIDENC_ENUMERATE_REQ, EncodersAnswer);
   enumerate.notInitialisedResult = SMGR_ERROR_SUCCESS;
+  enumerate.keptLastError = Kept::OnSendFailure;
   rows.push_back(std::move(enumerate));
   OperationRow nameAt{
       "SessMgr_GetVideoEncoderNameAtIndex",
@@ -412,6 +420,7 @@ std::vector<OperationRow> VideoEncoderRows() {
        {"NULL buffer", [](CallContext&) { return SessMgr_GetVideoEncoderNameAtIndex(0, nullptr, 0); },
         acceptedAndSent}}};
   nameAt.notInitialisedResult = SMGR_ERROR_SUCCESS;
+  nameAt.keptLastError = Kept::OnSendFailure;
   rows.push_back(std::move(nameAt));
 
   rows.push_back(NameRow<SessMgr_GetVideoEncoderStateString, true>("SessMgr_GetVideoEncoderStateString"));
