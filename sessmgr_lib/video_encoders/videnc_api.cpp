@@ -36,7 +36,9 @@ constexpr size_t kStatsSize = sizeof(SMGR_VIDEO_ENCODER_STATS);  // 304
 constexpr size_t kCfgSize = sizeof(SMGR_VIDEO_ENCODER_CFG);      // 148
 constexpr size_t kSpsScratchSize = 300;
 constexpr size_t kSpropTextSize = 600;
-// Callers of this family read the last error only after these operations.
+
+// Whether a failure sets the last error: callers of this family read it only
+// after open, start, stop, reset, configure and enumerate.
 enum class Reports { LastError, Nothing };
 
 // The family's common departures: numeric IDs, a bare 20-byte result head,

@@ -131,6 +131,9 @@ constexpr NameOperation kOperations[] = {
     Op("SessMgr_GetVideoEncoderInputMatrixCoefficientsString", kMatrices, Fallback::UnknownValue),
 };
 
+static_assert(sizeof(kOperations) / sizeof(kOperations[0]) == 22,
+              "the exported operations below index this table");
+
 // The table in force: the input names follow the appliance's personality.
 const ValueName* EntriesOf(const NameOperation& op, size_t* pnEntries) {
   if (op.fallback == Fallback::InputType && g_enPersonality == VDR2_PERSONALITY_2110) {
