@@ -194,17 +194,19 @@ TEST_F(VideoEncoderModelTest, ParameterSetsFollowCodecProfileAndLevel) {
 }
 
 TEST_F(VideoEncoderModelTest, ConfigurationAndRunStateSurviveARestart) {
+  appliance_->enablePersistence(true);
   SMGR_VIDEO_ENCODER_CFG cfg{};
   cfg.SetFieldsFlag = SMGR_VIDENC_SET_GOP_SIZE;
   cfg.nGOPSize = 60;
   ASSERT_EQ(encoders().configure(3, cfg), SMGR_ERROR_SUCCESS);
   ASSERT_EQ(encoders().stop(3), SMGR_ERROR_SUCCESS);
-  const nlohmann::json saved = encoders().save();
   appliance_ = std::make_unique<Appliance>(ApplianceProfile::Default(), clock_, stateDir_);
-  encoders().load(saved);
+  std::string error;
+  ASSERT_TRUE(appliance_->restore(&error)) << error;
   EXPECT_EQ(infoOf(3).nGOPSize, 60u);
   EXPECT_EQ(encoders().stateOf(3), SMGR_VIDENC_STATE_STOPPED);
   EXPECT_EQ(encoders().stateOf(1), SMGR_VIDENC_STATE_WORKING);
+  EXPECT_FALSE(appliance_->sources().findById(kContentVideo, 3)->started);
 }
 
 }  // namespace
