@@ -127,6 +127,7 @@ SMGR_STATIC_ASSERT(VIDEO_FORMAT_1920_540_48P == 0x80000001E0043860ull, video_for
  * other special value has no raster and counts as progressive and not
  * interlaced (the two scan tests are not mirror images for special values). */
 
+/** TRUE for a packed code (top bit set), FALSE for a special value. */
 static inline BOOL IS_VIDEO_FORMAT_PACKED(VIDEO_FORMAT lFormat) {
   return (lFormat & VIDEO_FORMAT_PACKED_FLAG) != 0 ? TRUE : FALSE;
 }
