@@ -121,11 +121,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pbData, size_t nSize) {
     FUZZ_CHECK(smgr::test::RequestType(answer) == row.wRequestType + 1 &&
                    smgr::test::RequestSequence(answer) == wSequence,
                "TRUE without a response of the right type and sequence");
-  } else {
-    FUZZ_CHECK(lastError != 0, row.szName);
   }
-  if ((bFlags & 1) && daemon.nSendAttempts > 0)
-    FUZZ_CHECK(!bResult && lastError == SMGR_ERROR_LIB_TO_DAEMON_IPC_ERROR, row.szName);
+  using Kept = OperationRow::KeptLastError;
+  const bool bSendFailed = (bFlags & 1) && daemon.nSendAttempts > 0;
+  const bool bMayKeep = row.keptLastError == Kept::OnDaemonOrSendFailure ||
+                        (bSendFailed && row.keptLastError == Kept::OnSendFailure);
+  if (!bResult && !bMayKeep) FUZZ_CHECK(lastError != 0, row.szName);
+  if (bSendFailed)
+    FUZZ_CHECK(
+        !bResult && lastError == (row.keptLastError == Kept::Never ? SMGR_ERROR_LIB_TO_DAEMON_IPC_ERROR : 0),
+        row.szName);
 
   daemon.inbox.clear();
   daemon.answerWithValidResponses();

@@ -124,6 +124,13 @@ struct OperationRow {
   // Releases what prepare or a successful invoke made (canned exchanges); may be null.
   void (*finish)(CallContext& ctx);
   std::vector<BadInput> badInputs;
+  // Last error of the valid invocation while the library is not initialised
+  // (families that report 2 instead of 14, or that fail to send instead, say so).
+  SMGR_RESULT notInitialisedResult = SMGR_ERROR_LIB_NOT_INITIALIZED;
+  // Which failures return FALSE with the last error as it was (families that
+  // report only some failures say which).
+  enum class KeptLastError { Never, OnSendFailure, OnDaemonOrSendFailure };
+  KeptLastError keptLastError = KeptLastError::Never;
 };
 
 // Static registration of one family's rows; the table lists families in name order.
