@@ -124,6 +124,14 @@ struct OperationRow {
   // Releases what prepare or a successful invoke made (canned exchanges); may be null.
   void (*finish)(CallContext& ctx);
   std::vector<BadInput> badInputs;
+  // Departures the generic checks must know (defaults: the standard sequence).
+  // Last error of the valid invocation while the library is not initialised
+  // (the encoder families report 2, never 14).
+  SMGR_RESULT notInitialisedResult = SMGR_ERROR_LIB_NOT_INITIALIZED;
+  // TRUE leaves the last error as it was instead of setting 0.
+  bool bSuccessKeepsLastError = false;
+  // A daemon refusal or a failed send may leave the last error as it was.
+  bool bFailureMayKeepLastError = false;
 };
 
 // Static registration of one family's rows; the table lists families in name order.
