@@ -52,6 +52,26 @@ bool Daemonize(const std::string& logFile) {
   return true;
 }
 
+// Brings back what the appliance kept before the last stop (or kill), then
+// writes every change that is answered as done. An unreadable state file is
+// moved aside rather than overwritten by the next change.
+void RestoreState(sim::Appliance& appliance) {
+  appliance.enablePersistence(true);
+  std::string error;
+  if (appliance.restore(&error)) {
+    SIM_LOG_INFO("appliance state restored from %s", appliance.stateFile().c_str());
+    return;
+  }
+  std::error_code ignored;
+  if (!std::filesystem::exists(appliance.stateFile(), ignored)) {
+    SIM_LOG_INFO("no saved appliance state in %s, starting empty", appliance.stateDir().c_str());
+    return;
+  }
+  const std::string aside = appliance.stateFile().string() + ".unreadable";
+  std::filesystem::rename(appliance.stateFile(), aside, ignored);
+  SIM_LOG_WARN("%s, moved to %s; starting empty", error.c_str(), aside.c_str());
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -115,6 +135,7 @@ int main(int argc, char** argv) {
   prctl(PR_SET_NAME, "sessmgrd", 0, 0, 0);
 
   sim::Appliance appliance(profile, std::make_shared<sim::SteadyClock>(), stateDir);
+  RestoreState(appliance);
   sim::ServerOptions options;
   options.queueName = queueName;
   options.maxMessages = maxMessages;
