@@ -166,11 +166,8 @@ TEST_F(AudioEncoderModelTest, StreamsSeeTheEncodersAndConfigurationsSurviveARest
 TEST_F(AudioEncoderModelTest, AnEncoderTheProfileMarksFailingFailsWhenStarted) {
   ApplianceProfile profile;
   std::string error;
-  ASSERT_TRUE(
-      ApplianceProfile::FromJson(nlohmann::json::parse(R"({"audio_encoders": {"count": 2, "name": "aenc",
-      "bitrate_kbps": 96, "failing": [2]}})"),
-                                 &profile, &error))
-      << error;
+  const nlohmann::json overlay = {{"audio_encoders", {{"count", 2}, {"name", "aenc"}, {"failing", {2}}}}};
+  ASSERT_TRUE(ApplianceProfile::FromJson(overlay, &profile, &error)) << error;
   appliance_ = std::make_unique<Appliance>(profile, clock_, stateDir_);
   ASSERT_EQ(encoders().start(2), SMGR_ERROR_SUCCESS);
   clock_->advanceMs(3000);
