@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "objects.h"
+#include "sim_log.h"
 
 namespace sim {
 namespace {
@@ -85,17 +86,31 @@ bool Running(int state) { return state != SMGR_AUDENC_STATE_STOPPED; }
 
 AudioEncoderModel::AudioEncoderModel(Appliance& appliance) : appliance_(appliance) {
   const auto& objects = appliance.profile().audioEncoders;
-  std::vector<int> failing;
-  const nlohmann::json& section = appliance.profile().document.value("audio_encoders", nlohmann::json());
-  if (section.is_object() && section.contains("failing"))
-    failing = section["failing"].get<std::vector<int>>();
   for (size_t i = 0; i < objects.size(); ++i) {
     Encoder encoder;
     defaults(objects[i], i, &encoder);
-    encoder.failing = std::find(failing.begin(), failing.end(), objects[i].id) != failing.end();
+    encoders_.push_back(encoder);
+  }
+  try {
+    markFailing(appliance.profile().document);
+  } catch (const nlohmann::json::exception& e) {
+    SIM_LOG_WARN("profile: failing audio encoders ignored: %s", e.what());
+  }
+}
+
+// {"count": 8, "failing": [3]} or an array whose entries say "failing": true.
+void AudioEncoderModel::markFailing(const nlohmann::json& document) {
+  if (!document.contains("audio_encoders")) return;
+  const nlohmann::json& section = document.at("audio_encoders");
+  std::vector<int> failing;
+  if (section.is_object() && section.contains("failing"))
+    failing = section.at("failing").get<std::vector<int>>();
+  for (size_t i = 0; i < encoders_.size(); ++i) {
+    Encoder& encoder = encoders_[i];
+    encoder.failing =
+        std::find(failing.begin(), failing.end(), static_cast<int>(encoder.info.nID)) != failing.end();
     if (section.is_array() && i < section.size() && section[i].is_object())
       encoder.failing = section[i].value("failing", encoder.failing);
-    encoders_.push_back(encoder);
   }
 }
 

@@ -55,6 +55,7 @@ class AudioEncoderModel {
     int64_t captureBaseBytes = 0;           // bytes encoded when the capture began
   };
 
+  void markFailing(const nlohmann::json& document);
   Encoder* find(int id);
   const Encoder* find(int id) const;
   SMGR_RESULT validate(const Encoder& encoder, const SMGR_AUDIO_ENCODER_INFO& next, uint64_t flags) const;

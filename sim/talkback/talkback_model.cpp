@@ -9,6 +9,7 @@
 #include <ctime>
 
 #include "objects.h"
+#include "sim_log.h"
 
 namespace sim {
 namespace {
@@ -42,7 +43,17 @@ struct Periodic {
 }  // namespace
 
 TalkBackModel::TalkBackModel(Appliance& appliance) : appliance_(appliance), cfg_(DefaultConfig()) {
-  const nlohmann::json section = appliance.profile().document.value("talkback", nlohmann::json::object());
+  try {
+    readProfile(appliance.profile().document);
+  } catch (const nlohmann::json::exception& e) {
+    traffic_ = Traffic{};
+    SIM_LOG_WARN("profile section \"talkback\" ignored: %s", e.what());
+  }
+}
+
+void TalkBackModel::readProfile(const nlohmann::json& document) {
+  if (!document.contains("talkback") || !document.at("talkback").is_object()) return;
+  const nlohmann::json& section = document.at("talkback");
   if (section.contains("sender")) {
     const nlohmann::json& sender = section.at("sender");
     traffic_.senderPresent = sender.is_object();

@@ -53,6 +53,7 @@ class TalkBackModel {
     int64_t lastMs = 0;  // time of the last one (0: none)
   };
 
+  void readProfile(const nlohmann::json& document);
   Count accepted(int64_t untilMs) const;
   Count discarded(int64_t untilMs) const;
   int64_t unixSeconds(int64_t ms) const;
