@@ -131,6 +131,8 @@ struct OperationRow {
   // report only some failures say which).
   enum class KeptLastError { Never, OnSendFailure, OnDaemonOrSendFailure };
   KeptLastError keptLastError = KeptLastError::Never;
+  // TRUE leaves the last error as it was instead of setting 0 (or the warning).
+  bool bSuccessKeepsLastError = false;
 };
 
 // Static registration of one family's rows; the table lists families in name order.
