@@ -9,7 +9,6 @@
 #include <system_error>
 
 #include "persistence.h"
-#include "sessmgr/sm_config.h"
 #include "sim_log.h"
 
 namespace sim {

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "appliance.h"
+#include "sessmgr/sm_config.h"
 #include "sim_protocol.h"
 
 namespace sim {
