@@ -20,20 +20,7 @@ class LedsPeerTest : public ConnectedPeerTest {
   }
 };
 
-TEST_F(LedsPeerTest, InfoCopiesTheSmallerSizeAndAFailureKeepsTheLastError) {
-  SMGR_LEDS_INFO daemon{};
-  daemon.nSize = sizeof(daemon);
-  daemon.enErrorLED = SMGR_LED_STATE_RED_ON;
-  daemon.nErrorLEDTransitions = 9;
-  peer.onNextRequest(SMGRPROT_LEDS_GETINFO_REQ, Reply::ok().put(20, daemon));
-  SMGR_LEDS_INFO info;
-  std::memset(&info, 0x77, sizeof(info));
-  info.nSize = 32;
-  ASSERT_TRUE(SessMgr_GetLEDsInfo(&info));
-  EXPECT_EQ(info.nSize, 32u);
-  EXPECT_EQ(info.enErrorLED, SMGR_LED_STATE_RED_ON);
-  EXPECT_EQ(info.nErrorLEDTransitions, 0x77777777u);  // past the caller's 32 bytes
-
+TEST_F(LedsPeerTest, TemperatureCopiesTheOlderDaemonsSizeAndAFailureKeepsTheLastError) {
   SMGR_TEMPERATURE_INFO older{};
   older.nSize = 40;  // an older daemon: no floor, the smaller size wins
   older.nMaxInCelsius = 61;
