@@ -61,7 +61,10 @@ SMGR_RESULT ConfigStore::writeSnapshot(const std::filesystem::path& file) {
   std::error_code ignored;
   std::filesystem::create_directories(folder(), ignored);
   std::string error;
-  if (!WriteJsonAtomically(file.string(), SnapshotAppliance(appliance_), &error)) {
+  writing_ = true;
+  const nlohmann::json snapshot = SnapshotAppliance(appliance_);
+  writing_ = false;
+  if (!WriteJsonAtomically(file.string(), snapshot, &error)) {
     SIM_LOG_ERROR("cannot save the configuration: %s", error.c_str());
     return SMGR_ERROR_GENERIC_FAILURE;
   }
@@ -140,7 +143,10 @@ void ConfigStore::catchUpAutoSave() {
   if (writeSnapshot(folder() / kStartupName) == SMGR_ERROR_SUCCESS) markSaved();
 }
 
-nlohmann::json ConfigStore::saveSection() const { return {{"auto_save", autoSave_}}; }
+nlohmann::json ConfigStore::saveSection() {
+  if (!writing_) catchUpAutoSave();
+  return {{"auto_save", autoSave_}};
+}
 
 void ConfigStore::loadSection(const nlohmann::json& section) {
   if (restoringFile_) return;

@@ -42,8 +42,9 @@ class ConfigStore {
   int saveMs() const { return saveMs_; }
   int loadMs() const { return loadMs_; }
 
-  // The store's own persisted section (auto-save); loaded last.
-  nlohmann::json saveSection() const;
+  // The store's own persisted section (auto-save); loaded last. Taken at every
+  // persisted change, so auto-save rewrites the start-up file right then.
+  nlohmann::json saveSection();
   void loadSection(const nlohmann::json& section);
 
  private:
@@ -55,6 +56,7 @@ class ConfigStore {
   uint64_t savedAtChange_ = 0;
   bool autoSave_ = false;
   bool restoringFile_ = false;
+  bool writing_ = false;  // taking a snapshot for a file
   int saveMs_ = 300;
   int loadMs_ = 1200;
 };

@@ -37,11 +37,16 @@ TEST_F(ConfigPeerTest, SaveCompletesTheNameAndSuccessLeavesTheLastError) {
   ASSERT_EQ(request->size(), 308u);
   EXPECT_EQ(request->field<int32_t>(16), 3);
   EXPECT_EQ(request->text(20, 288), "/usr/share/ostrelle/config/qelstartup.cfg");
+  EXPECT_FALSE(SessMgr_SaveConfig("a*", 0));  // refused, but its sequence number is used up
   ASSERT_TRUE(SessMgr_SaveConfig("test", 0));
-  EXPECT_EQ(peer.lastRequest(SMGRPROT_CONFIG_WRITE_REQ)->text(20, 288),
-            "/usr/share/ostrelle/config/test.cfg");
+  auto named = peer.lastRequest(SMGRPROT_CONFIG_WRITE_REQ);
+  EXPECT_EQ(named->text(20, 288), "/usr/share/ostrelle/config/test.cfg");
+  EXPECT_EQ(named->sequence(), static_cast<WORD>(request->sequence() + 2));
   ASSERT_TRUE(SessMgr_LoadConfig(nullptr));
   EXPECT_EQ(peer.lastRequest(SMGRPROT_CONFIG_READ_REQ)->text(16, 256), "");
+  EXPECT_EQ(SessMgr_GetLastError(), SMGR_ERROR_INVALID_CHARS_IN_FILENAME);
+  SessMgr_SetLastError(kSentinel);
+  ASSERT_TRUE(SessMgr_LoadConfig("x"));
   EXPECT_EQ(SessMgr_GetLastError(), kSentinel);
 
   peer.onNextRequest(SMGRPROT_CONFIG_READ_REQ, Reply::withResult(0x80000002u));
