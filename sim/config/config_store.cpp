@@ -90,7 +90,13 @@ SMGR_RESULT ConfigStore::restoreFile(const std::filesystem::path& file, bool sta
   const nlohmann::json snapshot = nlohmann::json::parse(in, nullptr, false);
   if (snapshot.is_discarded() || !snapshot.is_object()) return SMGR_ERROR_INVALID_CONFIG_FILE;
   restoringFile_ = true;  // the file's own "config" part does not change the store
-  RestoreAppliance(appliance_, snapshot);
+  try {
+    RestoreAppliance(appliance_, snapshot);
+  } catch (const nlohmann::json::exception& error) {
+    restoringFile_ = false;
+    SIM_LOG_ERROR("configuration %s is damaged: %s", file.c_str(), error.what());
+    return SMGR_ERROR_INVALID_CONFIG_FILE;
+  }
   restoringFile_ = false;
   appliance_.persist();
   markSaved();

@@ -250,11 +250,15 @@ void SessionModel::load(const nlohmann::json& section) {
   if (!section.is_array()) return;
   for (const auto& entry : section) {
     Session session;
-    if (!entry.is_object() ||
-        !FromHex(entry.value("info", std::string()), &session.info, sizeof session.info))
+    try {  // a hand-edited file may hold anything: such an entry is skipped
+      if (!entry.is_object() ||
+          !FromHex(entry.value("info", std::string()), &session.info, sizeof session.info))
+        continue;
+      session.members = entry.value("members", std::vector<int>());
+      session.started = entry.value("started", false);
+    } catch (const nlohmann::json::exception&) {
       continue;
-    session.members = entry.value("members", std::vector<int>());
-    session.started = entry.value("started", false);
+    }
     session.startedAtMs = appliance_.nowMs();
     if (session.info.nIndex > 0 && session.members.size() <= SMGR_MAX_SESSION_STREAMS)
       sessions_[session.info.nIndex] = session;
