@@ -113,11 +113,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pbData, size_t nSize) {
   FUZZ_CHECK(bResult == TRUE || bResult == FALSE, row.szName);
   FUZZ_CHECK(ctx.guardsIntact(), row.szName);
   if (bResult) {
-    const bool bWarningAllowed = row.success == smgr::test::SuccessCodes::ZeroOrWarning;
-    // A row whose success keeps the last error shows what the wait left there (a discarded message).
-    FUZZ_CHECK(lastError == 0 || (bWarningAllowed && (lastError & SMGR_IS_SUCCESS_WITH_WARNING)) ||
-                   row.bSuccessKeepsLastError,
-               row.szName);
+    const bool bWarningAllowed = row.success == smgr::test::SuccessCodes::ZeroOrWarning ||
+                                 row.success == smgr::test::SuccessCodes::UntouchedOrWarning;
+    // A success that leaves the last error keeps what the wait set on the way
+    // (a stale or foreign message before the answer).
+    const bool bLeavesLastError = row.success == smgr::test::SuccessCodes::Untouched ||
+                                  row.success == smgr::test::SuccessCodes::UntouchedOrWarning;
+    FUZZ_CHECK(
+        bLeavesLastError || lastError == 0 || (bWarningAllowed && (lastError & SMGR_IS_SUCCESS_WITH_WARNING)),
+        row.szName);
     FUZZ_CHECK(daemon.requests.size() == 1, row.szName);
     FUZZ_CHECK(!daemon.delivered.empty(), row.szName);
     const Bytes& answer = daemon.delivered.back();
@@ -127,13 +131,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pbData, size_t nSize) {
   }
   using Kept = OperationRow::KeptLastError;
   const bool bSendFailed = (bFlags & 1) && daemon.nSendAttempts > 0;
-  const bool bMayKeep = row.keptLastError == Kept::OnDaemonOrSendFailure ||
-                        (bSendFailed && row.keptLastError == Kept::OnSendFailure);
-  if (!bResult && !bMayKeep) FUZZ_CHECK(lastError != 0, row.szName);
+  const bool bKeepsOnSend = row.keptLastError == Kept::OnSendFailure || row.keptLastError == Kept::OnDaemonOrSendFailure;
+  const bool bKeepsOnDaemon =
+      row.keptLastError == Kept::OnDaemonFailure || row.keptLastError == Kept::OnDaemonOrSendFailure;
+  if (!bResult && !(bSendFailed ? bKeepsOnSend : bKeepsOnDaemon)) FUZZ_CHECK(lastError != 0, row.szName);
   if (bSendFailed)
-    FUZZ_CHECK(
-        !bResult && lastError == (row.keptLastError == Kept::Never ? SMGR_ERROR_LIB_TO_DAEMON_IPC_ERROR : 0),
-        row.szName);
+    FUZZ_CHECK(!bResult && lastError == (bKeepsOnSend ? 0 : SMGR_ERROR_LIB_TO_DAEMON_IPC_ERROR), row.szName);
 
   daemon.inbox.clear();
   daemon.answerWithValidResponses();

@@ -130,7 +130,7 @@ ApiLock::ApiLock() { pthread_mutex_lock(&g_APIMutex); }
 ApiLock::~ApiLock() { pthread_mutex_unlock(&g_APIMutex); }
 
 void CheckPidChange(const RequestTraits& traits) {
-  if (CurrentPid() == g_ClientPID.load()) return;
+  if (!IsLibraryInitialised() || CurrentPid() == g_ClientPID.load()) return;
   if (AdaptToPIDChange()) return;
   if (traits.adaptFailure == AdaptFailure::Assert) {
     SMGR_ASSERT_TEXT(false, "AdaptToPIDChange()");
@@ -140,7 +140,7 @@ void CheckPidChange(const RequestTraits& traits) {
 }
 
 BOOL Transact(const RequestTraits& traits, void* pvRequest, size_t nRequestSize, bool bArgumentsValid,
-              BuildStep build, CopyBackStep copyBack) {
+              BuildStep build, CopyBackStep copyBack, BuildStep checkBeforeLock) {
   SMGR_ASSERT(pvRequest != nullptr && nRequestSize >= sizeof(SMGRPROT_HEADER) && nRequestSize <= 0xFFFF);
   if (pvRequest == nullptr || nRequestSize < sizeof(SMGRPROT_HEADER) || nRequestSize > 0xFFFF) {
     SessMgr_SetLastError(SMGR_ERROR_INVALID_PARAMETERS);
@@ -157,6 +157,7 @@ BOOL Transact(const RequestTraits& traits, void* pvRequest, size_t nRequestSize,
   if (traits.sequenceOrder != SequenceOrder::UnderLock) {
     wSequence = ++g_wTxSequence;
     FillHeader(pvRequest, traits.wRequestType, wSequence, nRequestSize);
+    if (checkBeforeLock && !checkBeforeLock(pvRequest)) return Done(traits, FALSE);
   }
 
   ApiMutex mutex;
@@ -223,7 +224,9 @@ BOOL Transact(const RequestTraits& traits, void* pvRequest, size_t nRequestSize,
     SessMgr_SetLastError(lastError);
     return Done(traits, FALSE);
   }
-  const bool bSetLastError = traits.successLastError == SuccessLastError::Result;
+  const bool bSetLastError =
+      traits.successLastError == SuccessLastError::Result ||
+      (traits.successLastError == SuccessLastError::WarningOnly && lastError != SMGR_ERROR_SUCCESS);
   if (bSetLastError && traits.successErrorOrder == SuccessErrorOrder::BeforeUnlock)
     SessMgr_SetLastError(lastError);
   lock.unlock();

@@ -72,6 +72,9 @@ enum class SuccessErrorOrder { AfterUnlock, BeforeUnlock };
 enum class SuccessLastError {
   Result,     // the response's Result (0, or the warning)
   Untouched,  // left as it was
+  // 0 leaves it as it was, a warning (which passes ZeroOrWarning) becomes it
+  // (the configuration store's load).
+  WarningOnly,
 };
 
 // What a daemon failure (Result that fails the success test) does to the last error.
@@ -197,9 +200,14 @@ using CopyBackStep = FunctionRef<bool(const ResponseView& response, SMGR_RESULT*
 //   bArgumentsValid: false when a required pointer argument is NULL; checked
 //     after the not-initialised test, under the mutex (last error 2).
 //   build, copyBack: may be empty.
+//   checkBeforeLock: for the sequence orders that build the header before
+//     locking, a local check run right after that (the number is used up
+//     either way); false ends the call without locking, its last error set by
+//     the step. May be empty; ignored for SequenceOrder::UnderLock.
 // Returns TRUE/FALSE and leaves the last error as the standard sequence says.
 BOOL Transact(const RequestTraits& traits, void* pvRequest, size_t nRequestSize, bool bArgumentsValid,
-              BuildStep build = nullptr, CopyBackStep copyBack = nullptr);
+              BuildStep build = nullptr, CopyBackStep copyBack = nullptr,
+              BuildStep checkBeforeLock = nullptr);
 
 // Copies a record with the nSize negotiation of the API records: at most
 // min(nCallerSize, nReturnedSize) bytes, and never beyond what the response
@@ -224,6 +232,8 @@ class ApiLock {
 };
 
 // Runs the PID check of the standard sequence (AdaptToPIDChange after fork).
+// Skipped while the library is not initialised: there is no connection to
+// adapt, and adapting would open a receive queue nobody closes.
 void CheckPidChange(const RequestTraits& traits);
 
 // ---- Transport seam ---------------------------------------------------------

@@ -101,10 +101,11 @@ TEST_F(DaemonTest, MalformedRequestsAreAnsweredOrLoggedAndServingGoesOn) {
   ASSERT_TRUE(client.send(&badSelector, sizeof badSelector));
   EXPECT_EQ(ResultOf(client.receive()), SMGR_ERROR_INVALID_PARAMETERS);
 
-  auto session = Make<SMGRPROT_MSG_STREAM_SELECT_REQ>(700, client);  // a family the simulator does not model
+  auto session = Make<SMGRPROT_MSG_STREAM_SELECT_REQ>(SMGRPROT_SESSION_ADD_STREAM_REQ,
+                                                      client);  // reserved: nothing answers it
   ASSERT_TRUE(client.send(&session, sizeof session));
   reply = client.receive();
-  EXPECT_EQ(HeaderOf(reply).wMsgType, 701);
+  EXPECT_EQ(HeaderOf(reply).wMsgType, SMGRPROT_SESSION_ADD_STREAM_RSP);
   EXPECT_EQ(ResultOf(reply), SMGR_ERROR_UNSUPPORTED_API);
 
   auto create = Make<SMGRPROT_MSG_STREAM_CREATE_REQ>(SMGRPROT_STREAM_CREATE_REQ, client);

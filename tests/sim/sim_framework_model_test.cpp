@@ -150,10 +150,11 @@ TEST_F(DispatcherTest, WrongSizeIsAnsweredWithInvalidParameters) {
 }
 
 TEST_F(DispatcherTest, UnmodelledFamiliesAnswerUnsupportedAndGarbageIsOnlyLogged) {
-  SMGRPROT_MSG_STREAM_SELECT_REQ request = SelectRequest(700, 1);  // a session request
+  SMGRPROT_MSG_STREAM_SELECT_REQ request =
+      SelectRequest(SMGRPROT_SESSION_ADD_STREAM_REQ, 1);  // reserved: no family answers it
   dispatch(request);
   ASSERT_EQ(outbox.sent.size(), 1u);
-  EXPECT_EQ(lastHeader().wMsgType, 701);
+  EXPECT_EQ(lastHeader().wMsgType, SMGRPROT_SESSION_ADD_STREAM_RSP);
   EXPECT_EQ(lastResult(), SMGR_ERROR_UNSUPPORTED_API);
 
   request.Header.wMsgType = 4242;

@@ -1,6 +1,6 @@
-// The --watch loop shared by the stats commands of the audio encoders and
-// talkback: print, wait, print again until interrupted or the count is reached,
-// with a time stamp line before each table.
+// The --watch loop shared by the nouns' stats commands: print, wait, print
+// again until interrupted or the count is reached, with a time stamp line
+// before each table.
 #pragma once
 
 #include <signal.h>

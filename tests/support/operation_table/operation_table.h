@@ -88,8 +88,10 @@ struct HandleKit {
 };
 
 enum class SuccessCodes {
-  ZeroOnly,       // TRUE leaves last error 0
-  ZeroOrWarning,  // TRUE leaves 0 or a warning (top bit set)
+  ZeroOnly,            // TRUE leaves last error 0
+  ZeroOrWarning,       // TRUE leaves 0 or a warning (top bit set)
+  Untouched,           // TRUE leaves the last error as it was (configuration store)
+  UntouchedOrWarning,  // TRUE leaves it as it was, or sets a warning
 };
 
 // What a bad input must do.
@@ -124,15 +126,13 @@ struct OperationRow {
   // Releases what prepare or a successful invoke made (canned exchanges); may be null.
   void (*finish)(CallContext& ctx);
   std::vector<BadInput> badInputs;
-  // Last error of the valid invocation while the library is not initialised
-  // (families that report 2 instead of 14, or that fail to send instead, say so).
+  // Last error of the valid invocation before SessMgrLib_Init: most operations
+  // check first (14); some report 2, and those that skip the check fail to send (10).
   SMGR_RESULT notInitialisedResult = SMGR_ERROR_LIB_NOT_INITIALIZED;
   // Which failures return FALSE with the last error as it was (families that
   // report only some failures say which).
-  enum class KeptLastError { Never, OnSendFailure, OnDaemonOrSendFailure };
+  enum class KeptLastError { Never, OnSendFailure, OnDaemonFailure, OnDaemonOrSendFailure };
   KeptLastError keptLastError = KeptLastError::Never;
-  // TRUE leaves the last error as it was instead of setting 0 (or the warning).
-  bool bSuccessKeepsLastError = false;
 };
 
 // Static registration of one family's rows; the table lists families in name order.
