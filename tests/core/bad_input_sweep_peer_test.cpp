@@ -125,7 +125,7 @@ TEST_F(BadInputSweep, EveryRequestOperationFailsWith14AndSendsNothingWhenNotInit
     CallContext ctx;  // no prepare: nothing can be opened
     SessMgr_SetLastError(kSentinel);
     EXPECT_EQ(row.invoke(ctx), FALSE);
-    EXPECT_EQ(SessMgr_GetLastError(), SMGR_ERROR_LIB_NOT_INITIALIZED);
+    EXPECT_EQ(SessMgr_GetLastError(), row.notInitialisedResult);
     EXPECT_TRUE(ctx.guardsIntact());
   }
   SessMgr_SetLastError(kSentinel);

@@ -124,6 +124,9 @@ struct OperationRow {
   // Releases what prepare or a successful invoke made (canned exchanges); may be null.
   void (*finish)(CallContext& ctx);
   std::vector<BadInput> badInputs;
+  // Last error of the valid invocation while the library is not initialised
+  // (the encoder-style families report 2; their enumerations do not check).
+  SMGR_RESULT notInitialisedResult = SMGR_ERROR_LIB_NOT_INITIALIZED;
 };
 
 // Static registration of one family's rows; the table lists families in name order.
