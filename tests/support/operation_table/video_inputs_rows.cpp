@@ -61,10 +61,12 @@ BOOL InfoWith(HVIDIN hInput, CallContext& ctx) {
 }
 BOOL ResetWith(HVIDIN hInput, CallContext&) { return SessMgr_ResetVideoInputStats(hInput); }
 
-// A configuration or information record whose nSize says nSize, in a buffer of max(nSize, record) bytes.
+// A configuration or information record whose nSize says nSize.
 template <typename Record>
 Record* RecordClaiming(CallContext& ctx, uint32_t nSize) {
-  Record* pRecord = ctx.buffer(std::max<size_t>(nSize, sizeof(Record)), 0x11).as<Record>();
+  // A claim above 4 KiB gets the record alone: the valid answers never fill more.
+  const size_t nBytes = std::max<size_t>(std::min<size_t>(nSize, 4096), sizeof(Record));
+  Record* pRecord = ctx.buffer(nBytes, 0x11).as<Record>();
   pRecord->nSize = nSize;
   return pRecord;
 }
