@@ -127,6 +127,9 @@ struct OperationRow {
   // Last error of the valid invocation while the library is not initialised
   // (the encoder-style families report 2; their enumerations do not check).
   SMGR_RESULT notInitialisedResult = SMGR_ERROR_LIB_NOT_INITIALIZED;
+  // A daemon refusal or a failed send may leave the last error as it was
+  // (the encoder-style families' information and statistics requests).
+  bool bFailureMayKeepLastError = false;
 };
 
 // Static registration of one family's rows; the table lists families in name order.

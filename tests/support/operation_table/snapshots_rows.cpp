@@ -129,7 +129,7 @@ std::vector<OperationRow> SnapshotRows() {
        nullptr,
        [](CallContext& ctx) {
          return SessMgr_GetSnapshotDefaults(
-             Claiming<SMGR_SNAPSHOT_DEFAULTS>(ctx, (ctx.params.byte() & 1) ? 36 : 0xFFFFFFFFu));
+             Claiming<SMGR_SNAPSHOT_DEFAULTS>(ctx, (ctx.params.byte() & 1) ? 36 : 4096));
        },
        nullptr,
        {{"NULL record", [](CallContext&) { return SessMgr_GetSnapshotDefaults(nullptr); }, invalidNoSend},

@@ -143,7 +143,7 @@ std::vector<OperationRow> VideoInputRows() {
         acceptedAndSent}});
   rows.push_back({"SessMgr_ConfigureVideoInput", SMGRPROT_VIDIN_SETCFG_REQ, SuccessCodes::ZeroOnly,
                   ResultOnly, OpenCannedInput, [](CallContext& ctx) { return ConfigureWith(Open(ctx), ctx); },
-                  CloseInputs, std::move(configureBad), SMGR_ERROR_INVALID_PARAMETERS});
+                  CloseInputs, std::move(configureBad), SMGR_ERROR_INVALID_PARAMETERS, true});
 
   std::vector<BadInput> infoBad = BadHandles<InfoWith>();
   infoBad.insert(
@@ -163,15 +163,16 @@ std::vector<OperationRow> VideoInputRows() {
         acceptedAndSent}});
   rows.push_back({"SessMgr_GetVideoInputInfo", SMGRPROT_VIDIN_GETINFO_REQ, SuccessCodes::ZeroOnly, InfoAnswer,
                   OpenCannedInput, [](CallContext& ctx) { return InfoWith(Open(ctx), ctx); }, CloseInputs,
-                  std::move(infoBad), SMGR_ERROR_INVALID_PARAMETERS});
+                  std::move(infoBad), SMGR_ERROR_INVALID_PARAMETERS, true});
   rows.push_back({"SessMgr_ResetVideoInputStats", SMGRPROT_VIDIN_RESETSTATS_REQ, SuccessCodes::ZeroOnly,
                   ResultOnly, OpenCannedInput, [](CallContext& ctx) { return ResetWith(Open(ctx), ctx); },
-                  CloseInputs, BadHandles<ResetWith>(), SMGR_ERROR_INVALID_PARAMETERS});
+                  CloseInputs, BadHandles<ResetWith>(), SMGR_ERROR_INVALID_PARAMETERS, true});
 
   OperationRow page = PagedRow<SMGR_VIDEO_INPUT_INFO, SessMgr_EnumerateVideoInputs>(
       "SessMgr_EnumerateVideoInputs", SMGRPROT_VIDIN_ENUMERATE_REQ, InputsAnswer);
   page.notInitialisedResult =
-      SMGR_ERROR_SUCCESS;  // no initialisation check: the send fails, the cleared error stays
+      SMGR_ERROR_SUCCESS;                // no initialisation check: the send fails, the cleared error stays
+  page.bFailureMayKeepLastError = true;  // a failed send leaves the cleared error
   rows.push_back(std::move(page));
   rows.push_back({"SessMgr_GetVideoInputNameAtIndex",
                   SMGRPROT_VIDIN_ENUMERATE_REQ,
@@ -189,7 +190,8 @@ std::vector<OperationRow> VideoInputRows() {
                       return static_cast<BOOL>(SessMgr_GetVideoInputNameAtIndex(0, sz, 1) && sz[0] == '\0');
                     },
                     acceptedAndSent}},
-                  SMGR_ERROR_SUCCESS});
+                  SMGR_ERROR_SUCCESS,
+                  true});
   rows.push_back(NameRow<SessMgr_GetVideoInterfaceTypeString, true>("SessMgr_GetVideoInterfaceTypeString"));
   rows.push_back(NameRow<SessMgr_GetVideoInputStateString, true>("SessMgr_GetVideoInputStateString"));
   rows.push_back({"CleanupSessMgrVideoInputs",
