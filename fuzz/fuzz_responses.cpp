@@ -131,7 +131,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pbData, size_t nSize) {
   }
   using Kept = OperationRow::KeptLastError;
   const bool bSendFailed = (bFlags & 1) && daemon.nSendAttempts > 0;
-  const bool bKeepsOnSend = row.keptLastError == Kept::OnSendFailure || row.keptLastError == Kept::OnDaemonOrSendFailure;
+  const bool bKeepsOnSend =
+      row.keptLastError == Kept::OnSendFailure || row.keptLastError == Kept::OnDaemonOrSendFailure;
   const bool bKeepsOnDaemon =
       row.keptLastError == Kept::OnDaemonFailure || row.keptLastError == Kept::OnDaemonOrSendFailure;
   if (!bResult && !(bSendFailed ? bKeepsOnSend : bKeepsOnDaemon)) FUZZ_CHECK(lastError != 0, row.szName);

@@ -230,7 +230,8 @@ std::vector<OperationRow> AudioEncoderRows() {
       "SessMgr_EnumerateAudioEncoders", SMGRPROT_AUDENC_ENUMERATE_REQ, EncodersAnswer);
   for (BadInput& bad : page.badInputs) bad.expect = keptAndSent;
   page.notInitialisedResult = SMGR_ERROR_INVALID_PARAMETERS;
-  page.success = page.success == SuccessCodes::ZeroOrWarning ? SuccessCodes::UntouchedOrWarning : SuccessCodes::Untouched;
+  page.success = page.success == SuccessCodes::ZeroOrWarning ? SuccessCodes::UntouchedOrWarning
+                                                             : SuccessCodes::Untouched;
   page.keptLastError = OperationRow::KeptLastError::OnDaemonOrSendFailure;
   rows.push_back(std::move(page));
   OperationRow name{
@@ -253,7 +254,8 @@ std::vector<OperationRow> AudioEncoderRows() {
         },
         keptAndSent}}};
   name.notInitialisedResult = SMGR_ERROR_INVALID_PARAMETERS;
-  name.success = name.success == SuccessCodes::ZeroOrWarning ? SuccessCodes::UntouchedOrWarning : SuccessCodes::Untouched;
+  name.success = name.success == SuccessCodes::ZeroOrWarning ? SuccessCodes::UntouchedOrWarning
+                                                             : SuccessCodes::Untouched;
   name.keptLastError = OperationRow::KeptLastError::OnDaemonOrSendFailure;
   rows.push_back(std::move(name));
 

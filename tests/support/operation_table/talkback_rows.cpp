@@ -50,7 +50,8 @@ OperationRow RecordRow(const char* szName, WORD wRequest, Bytes (*answer)(const 
         },
         {TRUE, LE::Unchanged, 0, true}}}};
   row.notInitialisedResult = SMGR_ERROR_INVALID_PARAMETERS;
-  row.success = row.success == SuccessCodes::ZeroOrWarning ? SuccessCodes::UntouchedOrWarning : SuccessCodes::Untouched;
+  row.success =
+      row.success == SuccessCodes::ZeroOrWarning ? SuccessCodes::UntouchedOrWarning : SuccessCodes::Untouched;
   row.keptLastError = OperationRow::KeptLastError::OnDaemonOrSendFailure;
   return row;
 }
