@@ -143,7 +143,8 @@ std::vector<OperationRow> VideoInputRows() {
         acceptedAndSent}});
   rows.push_back({"SessMgr_ConfigureVideoInput", SMGRPROT_VIDIN_SETCFG_REQ, SuccessCodes::ZeroOnly,
                   ResultOnly, OpenCannedInput, [](CallContext& ctx) { return ConfigureWith(Open(ctx), ctx); },
-                  CloseInputs, std::move(configureBad), SMGR_ERROR_INVALID_PARAMETERS, true});
+                  CloseInputs, std::move(configureBad), SMGR_ERROR_INVALID_PARAMETERS,
+                  OperationRow::KeptLastError::OnDaemonOrSendFailure});
 
   std::vector<BadInput> infoBad = BadHandles<InfoWith>();
   infoBad.insert(
@@ -163,10 +164,12 @@ std::vector<OperationRow> VideoInputRows() {
         acceptedAndSent}});
   rows.push_back({"SessMgr_GetVideoInputInfo", SMGRPROT_VIDIN_GETINFO_REQ, SuccessCodes::ZeroOnly, InfoAnswer,
                   OpenCannedInput, [](CallContext& ctx) { return InfoWith(Open(ctx), ctx); }, CloseInputs,
-                  std::move(infoBad), SMGR_ERROR_INVALID_PARAMETERS, true});
+                  std::move(infoBad), SMGR_ERROR_INVALID_PARAMETERS,
+                  OperationRow::KeptLastError::OnDaemonOrSendFailure});
   rows.push_back({"SessMgr_ResetVideoInputStats", SMGRPROT_VIDIN_RESETSTATS_REQ, SuccessCodes::ZeroOnly,
                   ResultOnly, OpenCannedInput, [](CallContext& ctx) { return ResetWith(Open(ctx), ctx); },
-                  CloseInputs, BadHandles<ResetWith>(), SMGR_ERROR_INVALID_PARAMETERS, true});
+                  CloseInputs, BadHandles<ResetWith>(), SMGR_ERROR_INVALID_PARAMETERS,
+                  OperationRow::KeptLastError::OnDaemonOrSendFailure});
 
   OperationRow page = PagedRow<SMGR_VIDEO_INPUT_INFO, SessMgr_EnumerateVideoInputs>(
       "SessMgr_EnumerateVideoInputs", SMGRPROT_VIDIN_ENUMERATE_REQ, InputsAnswer);
@@ -192,7 +195,7 @@ std::vector<OperationRow> VideoInputRows() {
                     },
                     acceptedAndSent}},
                   SMGR_ERROR_SUCCESS,
-                  true});
+                  OperationRow::KeptLastError::OnDaemonOrSendFailure});
   rows.push_back(NameRow<SessMgr_GetVideoInterfaceTypeString, true>("SessMgr_GetVideoInterfaceTypeString"));
   rows.push_back(NameRow<SessMgr_GetVideoInputStateString, true>("SessMgr_GetVideoInputStateString"));
   rows.push_back({"CleanupSessMgrVideoInputs",
