@@ -38,14 +38,17 @@ TEST(ProtocolCatalogueTest, EveryHandlerRowMatchesTheWireHeaders) {
   for (const auto& [type, entry] : HandlerRegistry::Global().entries()) {
     SCOPED_TRACE(std::string(entry.name) + " (" + std::to_string(type) + ")");
     const std::string name = RequestName(type);
-    ASSERT_FALSE(name.empty()) << "not a request of the wire headers";
+    EXPECT_FALSE(name.empty()) << "not a request of the wire headers";
+    if (name.empty()) continue;
     EXPECT_EQ(entry.response, ResponseTypeOf(type)) << "the response is SMGRPROT_" << name << "_RSP";
     auto request = sizes.find("SMGRPROT_MSG_" + name + "_REQ");
-    ASSERT_NE(request, sizes.end()) << "no record SMGRPROT_MSG_" << name << "_REQ";
+    EXPECT_NE(request, sizes.end()) << "no record SMGRPROT_MSG_" << name << "_REQ";
+    if (request == sizes.end()) continue;
     EXPECT_EQ(entry.requestSize, request->second);
     if (!entry.response) continue;
     auto response = sizes.find("SMGRPROT_MSG_" + name + "_RSP");
-    ASSERT_NE(response, sizes.end()) << "no record SMGRPROT_MSG_" << name << "_RSP";
+    EXPECT_NE(response, sizes.end()) << "no record SMGRPROT_MSG_" << name << "_RSP";
+    if (response == sizes.end()) continue;
     // A paged enumeration's reply starts as its head; its record declares one element.
     const bool pagedHead =
         entry.responseSize == SMGRPROT_ENUMERATE_RSP_RECORDS_OFFSET && response->second > entry.responseSize;
