@@ -36,6 +36,8 @@ typedef struct tagSMGRPROT_MSG_VIDIN_ID_REQ {
     int32_t iInputID;
   } Data;
 } SMGRPROT_MSG_VIDIN_ID_REQ;
+typedef SMGRPROT_MSG_VIDIN_ID_REQ SMGRPROT_MSG_VIDIN_GETINFO_REQ;
+typedef SMGRPROT_MSG_VIDIN_ID_REQ SMGRPROT_MSG_VIDIN_RESETSTATS_REQ;
 
 /* Get information response (153): 168 bytes. */
 typedef struct tagSMGRPROT_MSG_VIDIN_GETINFO_RSP {
@@ -54,6 +56,8 @@ typedef struct tagSMGRPROT_MSG_VIDIN_RESULT_RSP {
     SMGR_RESULT Result;
   } Data;
 } SMGRPROT_MSG_VIDIN_RESULT_RSP;
+typedef SMGRPROT_MSG_VIDIN_RESULT_RSP SMGRPROT_MSG_VIDIN_RESETSTATS_RSP;
+typedef SMGRPROT_MSG_VIDIN_RESULT_RSP SMGRPROT_MSG_VIDIN_SETCFG_RSP;
 
 /* Enumerate (156): how many records the caller takes, from where; 24 bytes. */
 typedef struct tagSMGRPROT_MSG_VIDIN_ENUMERATE_REQ {

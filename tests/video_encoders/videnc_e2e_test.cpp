@@ -49,7 +49,8 @@ TEST_F(VideoEncoderCliTest, ListSetShowAndSprop) {
   const CommandResult sprop = ok({"venc", "sprop", "venc1"});
   EXPECT_EQ(sprop.out.rfind("Z2Q", 0), 0u) << sprop.out;  // base64 of 0x67 0x64 (High)
   EXPECT_NE(sprop.out.find(",aO"), std::string::npos);
-  EXPECT_EQ(RunCtl({"venc", "show", "venc9"}).status, 1);
+  EXPECT_EQ(RunCtl({"venc", "show", "venc9"}).status, 5);  // not found
+  EXPECT_EQ(json::parse(ok({"--json", "venc", "show", "id:2"}).out)["name"], "venc2");
 }
 
 TEST_F(VideoEncoderCliTest, AStreamOnAStoppedEncoderStartsWithAWarning) {

@@ -47,7 +47,7 @@ json InfoJson(const SMGR_ROI_INFO& info) {
 }
 
 int RunList() {
-  if (!Connect()) return 1;
+  if (!Connect()) return kExitUnreachable;
   std::vector<SMGR_ROI_INFO> regions;
   if (!CollectPages<SMGR_ROI_INFO>(SessMgr_EnumerateROIs, &regions, 8)) return Fail("roi list");
   json array = json::array();
@@ -74,7 +74,7 @@ int RunList() {
 }
 
 int RunShow(const std::string& target) {
-  if (!Connect()) return 1;
+  if (!Connect()) return kExitUnreachable;
   SMGR_OBJECT_SELECTOR selector = ParseSelector(target);
   SMGR_ROI_INFO info{};
   info.nSize = sizeof info;
@@ -130,7 +130,7 @@ int RunCreate(const RoiArgs& args) {
   cfg.nIndex = args.id;
   cfg.enPositioning = SMGR_ROI_POS_CENTERED;
   if (!FillConfig(args, "roi create", &cfg)) return kExitUsage;
-  if (!Connect()) return 1;
+  if (!Connect()) return kExitUnreachable;
   HROI region = nullptr;
   if (!SessMgr_CreateROI(&cfg, &region)) return Fail("roi create");
   UINT id = 0;
@@ -148,7 +148,7 @@ int RunSet(const RoiArgs& args) {
   cfg.nSize = sizeof cfg;
   if (!FillConfig(args, "roi set", &cfg)) return kExitUsage;
   if (cfg.SetFieldsFlag == 0) return Usage("roi set", "nothing to set");
-  if (!Connect()) return 1;
+  if (!Connect()) return kExitUnreachable;
   SMGR_OBJECT_SELECTOR selector = ParseSelector(args.target);
   if (!SessMgr_ConfigureROI(&selector, &cfg)) return Fail("roi set " + args.target);
   if (!Globals().json) std::cout << "Region of interest " << args.target << " configured.\n";
@@ -157,7 +157,7 @@ int RunSet(const RoiArgs& args) {
 
 int RunControl(const std::string& verb, BOOL (*control)(const SMGR_OBJECT_SELECTOR*),
                const std::string& target) {
-  if (!Connect()) return 1;
+  if (!Connect()) return kExitUnreachable;
   SMGR_OBJECT_SELECTOR selector = ParseSelector(target);
   if (!control(&selector)) return Fail("roi " + verb + " " + target);
   if (!Globals().json) std::cout << "Region of interest " << target << " " << verb << "d.\n";

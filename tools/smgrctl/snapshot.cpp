@@ -70,7 +70,7 @@ int RunTake(const SnapshotArgs& args) {
   if (args.name.size() >= sizeof cfg.szFileName) return Usage("snapshot take", "the name is too long");
   snprintf(cfg.szFileName, sizeof cfg.szFileName, "%s", args.name.c_str());
   if (!FillPicture(args, "snapshot take", &cfg)) return kExitUsage;
-  if (!Connect()) return 1;
+  if (!Connect()) return kExitUnreachable;
   if (!SessMgr_TakeSnapshot(&cfg)) return Fail("snapshot take");
   if (Globals().json)
     PrintJson({{"file", cfg.szFileName}});
@@ -86,7 +86,7 @@ bool AdminInfo(SMGR_SNAPSHOT_ADMIN_INFO* info) {
 }
 
 int RunList() {
-  if (!Connect()) return 1;
+  if (!Connect()) return kExitUnreachable;
   SMGR_SNAPSHOT_ADMIN_INFO info;
   if (!AdminInfo(&info)) return Fail("snapshot list");
   std::error_code error;
@@ -112,7 +112,7 @@ int RunList() {
 }
 
 int RunRename(const SnapshotArgs& args) {
-  if (!Connect()) return 1;
+  if (!Connect()) return kExitUnreachable;
   if (!SessMgr_RenameSnapshot(args.name.c_str(), args.newName.c_str()))
     return Fail("snapshot rename " + args.name);
   if (!Globals().json) std::cout << "Snapshot " << args.name << " renamed to " << args.newName << ".\n";
@@ -121,7 +121,7 @@ int RunRename(const SnapshotArgs& args) {
 
 int RunDelete(const SnapshotArgs& args) {
   if (!args.all && args.name.empty()) return Usage("snapshot delete", "give a file name or --all");
-  if (!Connect()) return 1;
+  if (!Connect()) return kExitUnreachable;
   if (args.all) {
     ULONG deleted = 0;
     if (!SessMgr_DeleteAllSnapshots(&deleted)) return Fail("snapshot delete --all");
@@ -137,7 +137,7 @@ int RunDelete(const SnapshotArgs& args) {
 }
 
 int RunDefaults() {
-  if (!Connect()) return 1;
+  if (!Connect()) return kExitUnreachable;
   SMGR_SNAPSHOT_DEFAULTS d{};
   d.nSize = sizeof d;
   if (!SessMgr_GetSnapshotDefaults(&d)) return Fail("snapshot defaults");
@@ -160,14 +160,14 @@ int RunDefaultsSet(const SnapshotArgs& args) {
   d.nSize = sizeof d;
   if (!FillPicture(args, "snapshot defaults set", &d)) return kExitUsage;
   if (d.SetFieldsFlag == 0) return Usage("snapshot defaults set", "nothing to set");
-  if (!Connect()) return 1;
+  if (!Connect()) return kExitUnreachable;
   if (!SessMgr_SetSnapshotDefaults(&d)) return Fail("snapshot defaults set");
   if (!Globals().json) std::cout << "Snapshot defaults set.\n";
   return 0;
 }
 
 int RunStorage() {
-  if (!Connect()) return 1;
+  if (!Connect()) return kExitUnreachable;
   SMGR_SNAPSHOT_ADMIN_INFO info;
   if (!AdminInfo(&info)) return Fail("snapshot storage");
   const json value = {{"device", ValueText(SessMgr_GetSnapshotStorageDeviceString, info.enStorageDevice)},
@@ -191,7 +191,7 @@ int RunStorageSet(const SnapshotArgs& args) {
     cfg.SetFieldsFlag |= kDevice;
   }
   if (cfg.SetFieldsFlag == 0) return Usage("snapshot storage set", "nothing to set");
-  if (!Connect()) return 1;
+  if (!Connect()) return kExitUnreachable;
   if (!SessMgr_SetSnapshotAdminCfg(&cfg)) return Fail("snapshot storage set");
   if (!Globals().json) std::cout << "Snapshot storage set.\n";
   return 0;

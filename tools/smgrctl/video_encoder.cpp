@@ -1,37 +1,35 @@
 // smgrctl video-encoder (venc) commands: list, show, set, start, stop, reset,
 // stats (with --watch), reset-stats, sprop and control. Encoders are named by
-// ID or name; an ID is mapped to its name by enumerating, since the library
-// opens encoders by name only.
-#include <signal.h>
-
+// ID or name (ParseSelector's rule); an ID is mapped to its name by
+// enumerating, since the library opens encoders by name only.
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <atomic>
 #include <cctype>
-#include <chrono>
 #include <cstring>
 #include <iostream>
 #include <optional>
-#include <thread>
 
 #include "commands.h"
+#include "exit_codes.h"
 #include "output.h"
 #include "paging.h"
+#include "watch.h"
 
 namespace smgrctl {
 namespace {
 
 using nlohmann::json;
 
-std::atomic<bool> g_interrupted{false};
-void OnInterrupt(int) { g_interrupted = true; }
-
 bool ListEncoders(std::vector<SMGR_VIDEO_ENCODER_INFO>* encoders) {
   return CollectPages<SMGR_VIDEO_ENCODER_INFO>(SessMgr_EnumerateVideoEncoders, encoders, 8);
 }
 
-bool IsNumber(const std::string& text) {
-  return !text.empty() && text.size() < 10 && std::all_of(text.begin(), text.end(), ::isdigit);
+// Info, statistics, reset stats, control and sprop fail without touching the last
+// error when the daemon refuses; Encoder::open clears it, so such a failure is
+// told apart from a coded one.
+int FailQuiet(const std::string& operation) {
+  if (SessMgr_GetLastError() != SMGR_ERROR_SUCCESS) return Fail(operation);
+  return FailWith(operation, SMGR_ERROR_SUCCESS, "the daemon refused (it gives no code here)", kExitRefused);
 }
 
 // An open handle on the encoder named by ID or name; closed when it goes.
@@ -41,20 +39,25 @@ class Encoder {
     if (handle_ != nullptr) SessMgr_CloseVideoEncoder(&handle_);
   }
   bool open(const std::string& target) {
-    std::string name = target;
-    if (IsNumber(target)) {
+    const SMGR_OBJECT_SELECTOR selector = ParseSelector(target);
+    std::string name;
+    if (selector.enType == SMGR_SELECTBY_OBJECT_ID) {
       std::vector<SMGR_VIDEO_ENCODER_INFO> encoders;
       if (!ListEncoders(&encoders)) return false;
       auto it = std::find_if(encoders.begin(), encoders.end(), [&](const SMGR_VIDEO_ENCODER_INFO& info) {
-        return std::to_string(info.nID) == target;
+        return static_cast<int>(info.nID) == selector.Via.ID;
       });
       if (it == encoders.end()) {
         SessMgr_SetLastError(SMGR_ERROR_NO_MATCHING_CODEC_FOUND);
         return false;
       }
       name = it->szName;
+    } else {
+      name = selector.Via.szName;
     }
-    return SessMgr_OpenVideoEncoder(name.c_str(), &handle_);
+    if (!SessMgr_OpenVideoEncoder(name.c_str(), &handle_)) return false;
+    SessMgr_SetLastError(SMGR_ERROR_SUCCESS);
+    return true;
   }
   HVIDENC handle() const { return handle_; }
 
@@ -129,7 +132,8 @@ bool Query(const Encoder& encoder, SMGR_VIDEO_ENCODER_INFO* info, SMGR_VIDEO_ENC
          SessMgr_GetVideoEncoderStats(encoder.handle(), stats);
 }
 
-int PrintStats(const std::vector<std::string>& requested, bool list) {
+// One table (or JSON array); a --watch sample is one compact JSON line with its time.
+int PrintStats(const std::vector<std::string>& requested, bool list, bool sample = false) {
   std::vector<std::string> targets = requested;
   if (targets.empty()) {
     std::vector<SMGR_VIDEO_ENCODER_INFO> encoders;
@@ -146,7 +150,7 @@ int PrintStats(const std::vector<std::string>& requested, bool list) {
     Encoder encoder;
     SMGR_VIDEO_ENCODER_INFO info;
     SMGR_VIDEO_ENCODER_STATS stats;
-    if (!encoder.open(target) || !Query(encoder, &info, &stats)) return Fail("video-encoder " + target);
+    if (!encoder.open(target) || !Query(encoder, &info, &stats)) return FailQuiet("video-encoder " + target);
     const std::string state = ValueText(SessMgr_GetVideoEncoderStateString, stats.enState);
     if (list) {
       json value = InfoJson(info);
@@ -165,7 +169,9 @@ int PrintStats(const std::vector<std::string>& requested, bool list) {
                  std::to_string(Val(stats.nResets))});
     }
   }
-  if (Globals().json) {
+  if (Globals().json && sample) {
+    std::cout << json{{"time", TimestampText()}, {"encoders", array}}.dump() << "\n";
+  } else if (Globals().json) {
     PrintJson(array);
   } else if (table.empty()) {
     std::cout << "No video encoders.\n";
@@ -177,11 +183,12 @@ int PrintStats(const std::vector<std::string>& requested, bool list) {
 }
 
 int RunShow(const std::string& target) {
-  if (!Connect()) return 1;
+  if (!Connect()) return kExitUnreachable;
   Encoder encoder;
   SMGR_VIDEO_ENCODER_INFO info;
   SMGR_VIDEO_ENCODER_STATS stats;
-  if (!encoder.open(target) || !Query(encoder, &info, &stats)) return Fail("video-encoder show " + target);
+  if (!encoder.open(target) || !Query(encoder, &info, &stats))
+    return FailQuiet("video-encoder show " + target);
   json value = InfoJson(info);
   value["stats"] = StatsJson(info, stats);
   if (Globals().json) {
@@ -298,7 +305,7 @@ int RunSet(const SetArgs& args) {
     cfg.enOutputResolution = *format;
   }
   if (cfg.SetFieldsFlag == 0) return Usage(operation, "nothing to set");
-  if (!Connect()) return 1;
+  if (!Connect()) return kExitUnreachable;
   Encoder encoder;
   if (!encoder.open(args.target) || !SessMgr_ConfigureVideoEncoder(encoder.handle(), &cfg))
     return Fail(operation);
@@ -309,21 +316,21 @@ int RunSet(const SetArgs& args) {
 using ControlFn = BOOL (*)(HVIDENC);
 
 int RunControl(const char* verb, ControlFn control, const std::string& target, const char* done) {
-  if (!Connect()) return 1;
+  if (!Connect()) return kExitUnreachable;
   const std::string operation = std::string("video-encoder ") + verb + " " + target;
   Encoder encoder;
-  if (!encoder.open(target) || !control(encoder.handle())) return Fail(operation);
+  if (!encoder.open(target) || !control(encoder.handle())) return FailQuiet(operation);
   if (!Globals().json) std::cout << "Video encoder " << target << " " << done << ".\n";
   return 0;
 }
 
 int RunSprop(const std::string& target) {
-  if (!Connect()) return 1;
+  if (!Connect()) return kExitUnreachable;
   Encoder encoder;
   char text[700];
   size_t size = sizeof text;
   if (!encoder.open(target) || !SessMgr_GetVideoEncoderSPROP(encoder.handle(), text, &size))
-    return Fail("video-encoder sprop " + target);
+    return FailQuiet("video-encoder sprop " + target);
   if (Globals().json)
     PrintJson({{"sprop_parameter_sets", text}});
   else
@@ -332,32 +339,17 @@ int RunSprop(const std::string& target) {
 }
 
 int RunCommand(const std::string& target, int command) {
-  if (!Connect()) return 1;
+  if (!Connect()) return kExitUnreachable;
   Encoder encoder;
   if (!encoder.open(target) || !SessMgr_ControlVideoEncoder(encoder.handle(), command, nullptr, nullptr))
-    return Fail("video-encoder control " + target);
+    return FailQuiet("video-encoder control " + target);
   if (!Globals().json) std::cout << "Command " << command << " sent to video encoder " << target << ".\n";
   return 0;
 }
 
 int RunStats(const std::vector<std::string>& targets, double watchSeconds, int count) {
-  if (!Connect()) return 1;
-  if (watchSeconds <= 0) return PrintStats(targets, false);
-  struct sigaction action {};
-  action.sa_handler = OnInterrupt;
-  sigaction(SIGINT, &action, nullptr);
-  sigaction(SIGTERM, &action, nullptr);
-  for (int round = 0; !g_interrupted && (count <= 0 || round < count); ++round) {
-    if (round) {
-      const auto until = std::chrono::steady_clock::now() + std::chrono::duration<double>(watchSeconds);
-      while (!g_interrupted && std::chrono::steady_clock::now() < until)
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
-      if (g_interrupted) break;
-      if (!Globals().json) std::cout << "\n";
-    }
-    if (int status = PrintStats(targets, false)) return status;
-  }
-  return 0;
+  if (!Connect()) return kExitUnreachable;
+  return Watch(watchSeconds, count, [&] { return PrintStats(targets, false, watchSeconds > 0); });
 }
 
 void AddVideoEncoderCommands(Command& command) {
@@ -367,7 +359,7 @@ void AddVideoEncoderCommands(Command& command) {
   venc->require_subcommand(1);
 
   venc->add_subcommand("list", "List every video encoder with its state")->callback([&status] {
-    status = Connect() ? PrintStats({}, true) : 1;
+    status = Connect() ? PrintStats({}, true) : kExitUnreachable;
   });
 
   std::string& showTarget = command.keep<std::string>();

@@ -1,5 +1,8 @@
-// smgrctl video-input (vin) commands: list, show, set, reset-stats.
+// smgrctl video-input (vin) commands: list, show, set, reset-stats. Inputs are
+// named by ID or name (ParseSelector's rule); an ID is mapped to its name by
+// enumerating, since the library opens inputs by name only.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
 
 #include "choices.h"
@@ -54,11 +57,14 @@ json InfoJson(const SMGR_VIDEO_INPUT_INFO& info) {
           {"matrix_coefficients", info.MatrixCoefficients}};
 }
 
+bool ListInputs(std::vector<SMGR_VIDEO_INPUT_INFO>* inputs) {
+  return CollectPages<SMGR_VIDEO_INPUT_INFO>(SessMgr_EnumerateVideoInputs, inputs, 8);
+}
+
 int RunList() {
-  if (!Connect()) return 1;
+  if (!Connect()) return kExitUnreachable;
   std::vector<SMGR_VIDEO_INPUT_INFO> inputs;
-  if (!CollectPages<SMGR_VIDEO_INPUT_INFO>(SessMgr_EnumerateVideoInputs, &inputs, 8))
-    return Fail("video-input list");
+  if (!ListInputs(&inputs)) return Fail("video-input list");
   json array = json::array();
   Table table({"ID", "NAME", "STATE", "FORMAT", "AUDIO", "CAPABILITIES"});
   table.alignRight("ID");
@@ -86,8 +92,24 @@ int FailKeptError(const std::string& operation) {
 
 // Runs action on the opened input, closing it afterwards.
 template <typename Action>
-int WithInput(const std::string& name, const std::string& operation, Action action) {
-  if (!Connect()) return 1;
+int WithInput(const std::string& target, const std::string& operation, Action action) {
+  if (!Connect()) return kExitUnreachable;
+  const SMGR_OBJECT_SELECTOR selector = ParseSelector(target);
+  std::string name;
+  if (selector.enType == SMGR_SELECTBY_OBJECT_ID) {
+    std::vector<SMGR_VIDEO_INPUT_INFO> inputs;
+    if (!ListInputs(&inputs)) return Fail(operation);
+    auto it = std::find_if(inputs.begin(), inputs.end(), [&](const SMGR_VIDEO_INPUT_INFO& info) {
+      return static_cast<int>(info.nID) == selector.Via.ID;
+    });
+    if (it == inputs.end()) {
+      SessMgr_SetLastError(SMGR_ERROR_NO_MATCHING_INPUT_FOUND);
+      return Fail(operation);
+    }
+    name = it->szName;
+  } else {
+    name = selector.Via.szName;
+  }
   HVIDIN input = nullptr;
   if (!SessMgr_OpenVideoInput(name.c_str(), &input)) return Fail(operation);
   const int status = action(input);
@@ -156,16 +178,16 @@ void AddVideoInputCommands(Command& command) {
     status = RunList();
   });
   auto* show = vin->add_subcommand("show", "One input in detail");
-  show->add_option("name", args.name, "Input name (sdi1, ...)")->required();
+  show->add_option("name", args.name, "Input ID or name (sdi1, ...)")->required();
   show->callback([&status, &args] { status = RunShow(args.name); });
   auto* set = vin->add_subcommand("set", "Change an input's settings");
-  set->add_option("name", args.name, "Input name")->required();
+  set->add_option("name", args.name, "Input ID or name")->required();
   set->add_option("--interface", args.interface, "auto, sdi, composite or a number");
   set->add_option("--color-space", args.colorSpace, "Colour space number");
   set->add_option("--fir", args.fir, "Input FIR filter: on or off");
   set->callback([&status, &args] { status = RunSet(args); });
   auto* reset = vin->add_subcommand("reset-stats", "Reset an input's lock and check counters");
-  reset->add_option("name", args.name, "Input name")->required();
+  reset->add_option("name", args.name, "Input ID or name")->required();
   reset->callback([&status, &args] { status = RunResetStats(args.name); });
 }
 

@@ -144,7 +144,7 @@ std::vector<OperationRow> VideoInputRows() {
   rows.push_back({"SessMgr_ConfigureVideoInput", SMGRPROT_VIDIN_SETCFG_REQ, SuccessCodes::ZeroOnly,
                   ResultOnly, OpenCannedInput, [](CallContext& ctx) { return ConfigureWith(Open(ctx), ctx); },
                   CloseInputs, std::move(configureBad), SMGR_ERROR_INVALID_PARAMETERS,
-                  OperationRow::KeptLastError::OnDaemonOrSendFailure});
+                  OperationRow::KeptLastError::OnSendFailure});  // a refusal is the last error
 
   std::vector<BadInput> infoBad = BadHandles<InfoWith>();
   infoBad.insert(
@@ -175,8 +175,8 @@ std::vector<OperationRow> VideoInputRows() {
       "SessMgr_EnumerateVideoInputs", SMGRPROT_VIDIN_ENUMERATE_REQ, InputsAnswer);
   page.notInitialisedResult =
       SMGR_ERROR_SUCCESS;  // no initialisation check: the send fails, the cleared error stays
-  page.keptLastError =
-      OperationRow::KeptLastError::OnDaemonOrSendFailure;  // a failed send leaves the cleared error
+  // A refusal is the last error (and errno); a failed send leaves the cleared error.
+  page.keptLastError = OperationRow::KeptLastError::OnSendFailure;
   rows.push_back(std::move(page));
   rows.push_back({"SessMgr_GetVideoInputNameAtIndex",
                   SMGRPROT_VIDIN_ENUMERATE_REQ,
@@ -195,7 +195,7 @@ std::vector<OperationRow> VideoInputRows() {
                     },
                     acceptedAndSent}},
                   SMGR_ERROR_SUCCESS,
-                  OperationRow::KeptLastError::OnDaemonOrSendFailure});
+                  OperationRow::KeptLastError::OnSendFailure});  // the enumeration's refusal stays
   rows.push_back(NameRow<SessMgr_GetVideoInterfaceTypeString, true>("SessMgr_GetVideoInterfaceTypeString"));
   rows.push_back(NameRow<SessMgr_GetVideoInputStateString, true>("SessMgr_GetVideoInputStateString"));
   rows.push_back({"CleanupSessMgrVideoInputs",
