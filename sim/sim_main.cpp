@@ -82,6 +82,7 @@ int main(int argc, char** argv) {
   std::string profilePath, pidFile, logFile;
   long maxMessages = 10;
   int pidCheckMs = 1000;
+  int configSaveMs = 300, configLoadMs = 1200;
   bool markStarted = false, foreground = false, verbose = false, ignoreShutdown = false, printProfile = false;
 
   app.add_option("--queue", queueName, "Name of the request queue (env SESSMGR_DAEMON_QUEUE)")
@@ -107,6 +108,14 @@ int main(int argc, char** argv) {
       ->capture_default_str()
       ->check(CLI::Range(50, 60000));
   app.add_flag("--ignore-shutdown", ignoreShutdown, "Log system shutdown requests instead of stopping");
+  CLI::Option* saveMsOption = app.add_option("--config-save-ms", configSaveMs,
+                                             "How long saving a configuration takes (progress meanwhile)")
+                                  ->capture_default_str()
+                                  ->check(CLI::Range(0, 600000));
+  CLI::Option* loadMsOption = app.add_option("--config-load-ms", configLoadMs,
+                                             "How long loading a configuration takes (progress meanwhile)")
+                                  ->capture_default_str()
+                                  ->check(CLI::Range(0, 600000));
   CLI11_PARSE(app, argc, argv);
 
   if (printProfile) {
@@ -132,6 +141,10 @@ int main(int argc, char** argv) {
       return 1;
     }
   }
+
+  // The options win over the profile's "config" section, which wins over the defaults.
+  if (saveMsOption->count()) profile.document["config"]["save_ms"] = configSaveMs;
+  if (loadMsOption->count()) profile.document["config"]["load_ms"] = configLoadMs;
 
   // Present ourselves under the daemon's process name (clients look it up by name).
   prctl(PR_SET_NAME, "sessmgrd", 0, 0, 0);

@@ -69,26 +69,25 @@ void OnGetAutoSave(Context& context, const Request&, Reply& reply) {
   reply.as<SMGRPROT_MSG_CONFIG_VALUE_RSP>()->iValue = Store(context).autoSave() ? TRUE : FALSE;
 }
 
-constexpr size_t kResultSize = sizeof(SMGRPROT_MSG_CONFIG_RESULT_RSP);
-constexpr size_t kValueSize = sizeof(SMGRPROT_MSG_CONFIG_VALUE_RSP);
-
 const FamilyRegistration kConfig{
     "config",
     {
         {SMGRPROT_CONFIG_WRITE_REQ, "config write", sizeof(SMGRPROT_MSG_CONFIG_WRITE_REQ),
-         SMGRPROT_CONFIG_WRITE_RSP, kResultSize, OnWrite},
+         SMGRPROT_CONFIG_WRITE_RSP, sizeof(SMGRPROT_MSG_CONFIG_WRITE_RSP), OnWrite},
         {SMGRPROT_CONFIG_READ_REQ, "config read", sizeof(SMGRPROT_MSG_CONFIG_READ_REQ),
-         SMGRPROT_CONFIG_READ_RSP, kResultSize, OnRead},
+         SMGRPROT_CONFIG_READ_RSP, sizeof(SMGRPROT_MSG_CONFIG_READ_RSP), OnRead},
         {SMGRPROT_CONFIG_DELETE_REQ, "config delete", sizeof(SMGRPROT_MSG_CONFIG_DELETE_REQ),
-         SMGRPROT_CONFIG_DELETE_RSP, kValueSize, OnDelete},
-        {SMGRPROT_IS_CONFIG_SAVED_REQ, "config is saved", sizeof(SMGRPROT_MSG_CONFIG_VALUE_REQ),
-         SMGRPROT_IS_CONFIG_SAVED_RSP, kValueSize, OnIsSaved},
-        {SMGRPROT_CONFIG_DELETE_ALL_REQ, "config delete all", sizeof(SMGRPROT_MSG_CONFIG_PLAIN_REQ),
+         SMGRPROT_CONFIG_DELETE_RSP, sizeof(SMGRPROT_MSG_CONFIG_DELETE_RSP), OnDelete},
+        {SMGRPROT_IS_CONFIG_SAVED_REQ, "config is saved", sizeof(SMGRPROT_MSG_IS_CONFIG_SAVED_REQ),
+         SMGRPROT_IS_CONFIG_SAVED_RSP, sizeof(SMGRPROT_MSG_IS_CONFIG_SAVED_RSP), OnIsSaved},
+        {SMGRPROT_CONFIG_DELETE_ALL_REQ, "config delete all", sizeof(SMGRPROT_MSG_CONFIG_DELETE_ALL_REQ),
          SMGRPROT_CONFIG_DELETE_ALL_RSP, sizeof(SMGRPROT_MSG_CONFIG_DELETE_ALL_RSP), OnDeleteAll},
-        {SMGRPROT_CONFIG_SET_AUTOSAVE_REQ, "config set auto-save", sizeof(SMGRPROT_MSG_CONFIG_VALUE_REQ),
-         SMGRPROT_CONFIG_SET_AUTOSAVE_RSP, kResultSize, OnSetAutoSave},
-        {SMGRPROT_CONFIG_GET_AUTOSAVE_REQ, "config get auto-save", sizeof(SMGRPROT_MSG_CONFIG_PLAIN_REQ),
-         SMGRPROT_CONFIG_GET_AUTOSAVE_RSP, kValueSize, OnGetAutoSave},
+        {SMGRPROT_CONFIG_SET_AUTOSAVE_REQ, "config set auto-save",
+         sizeof(SMGRPROT_MSG_CONFIG_SET_AUTOSAVE_REQ), SMGRPROT_CONFIG_SET_AUTOSAVE_RSP,
+         sizeof(SMGRPROT_MSG_CONFIG_SET_AUTOSAVE_RSP), OnSetAutoSave},
+        {SMGRPROT_CONFIG_GET_AUTOSAVE_REQ, "config get auto-save",
+         sizeof(SMGRPROT_MSG_CONFIG_GET_AUTOSAVE_REQ), SMGRPROT_CONFIG_GET_AUTOSAVE_RSP,
+         sizeof(SMGRPROT_MSG_CONFIG_GET_AUTOSAVE_RSP), OnGetAutoSave},
     }};
 
 }  // namespace

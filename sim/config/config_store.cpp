@@ -10,6 +10,7 @@
 
 #include "persistence.h"
 #include "sim_log.h"
+#include "stream_model.h"
 
 namespace sim {
 namespace {
@@ -98,10 +99,12 @@ SMGR_RESULT ConfigStore::restoreFile(const std::filesystem::path& file, bool sta
     return SMGR_ERROR_INVALID_CONFIG_FILE;
   }
   restoringFile_ = false;
+  // Auto-start streams start as at power-up; one without its content sources is a warning.
+  const SMGR_RESULT started = appliance_.family<StreamModel>().startAutoStartStreams();
   appliance_.persist();
   markSaved();
   SIM_LOG_INFO("configuration loaded from %s", file.c_str());
-  return SMGR_ERROR_SUCCESS;
+  return started;
 }
 
 SMGR_RESULT ConfigStore::load(const std::string& requested) {

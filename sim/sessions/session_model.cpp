@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 #include "persistence.h"
 #include "stream_model.h"
@@ -59,6 +60,15 @@ const PersistedSection kSessionsSection{
     }};
 
 }  // namespace
+
+SessionModel::SessionModel(Appliance& appliance) : appliance_(appliance) {
+  appliance.family<StreamModel>().addDeleteGuard([this](int streamId) {
+    const int session = sessionOfStream(streamId);
+    return session ? "belongs to session " + std::to_string(session) + " (\"" +
+                         sessions_.at(session).info.szName + "\")"
+                   : std::string();
+  });
+}
 
 SessionModel::Session* SessionModel::find(const ObjectSelector& selector) {
   for (auto& [id, session] : sessions_) {

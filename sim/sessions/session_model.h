@@ -21,7 +21,8 @@ class SessionModel {
   static constexpr int64_t kAnnouncePeriodMs = 5000;
   static constexpr uint64_t kAnnouncementBytes = 320;
 
-  explicit SessionModel(Appliance& appliance) : appliance_(appliance) {}
+  // Installs the stream family's delete guard for member streams.
+  explicit SessionModel(Appliance& appliance);
 
   // Create: cfg as received, members the three wire entries.
   Outcome create(const SMGR_SESSION_CFG& cfg, const SMGRPROT_OBJECT_SELECTOR* members);
@@ -33,8 +34,7 @@ class SessionModel {
   SMGR_RESULT stats(const ObjectSelector& selector, SMGR_SESSION_STATS* stats);
   std::vector<SMGR_SESSION_INFO> list();
 
-  // The session a stream belongs to, 0 for none. The stream family's delete
-  // answers 25 (SMGR_ERROR_STREAM_IN_USE) for a member: this is its question.
+  // The session a stream belongs to, 0 for none.
   int sessionOfStream(int streamId) const;
 
   nlohmann::json save() const;

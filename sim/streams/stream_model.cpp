@@ -8,6 +8,8 @@
 #include <cstring>
 #include <set>
 
+#include "sim_log.h"
+
 namespace sim {
 namespace {
 
@@ -579,6 +581,10 @@ Outcome StreamModel::remove(const ObjectSelector& selector) {
     outcome.description = label(*stream) + " is still running; stop it first";
     return outcome;
   }
+  for (const DeleteGuard& guard : deleteGuards_) {
+    if (std::string why = guard(stream->info.nIndex); !why.empty())
+      return {SMGR_ERROR_STREAM_IN_USE, label(*stream) + " " + why};
+  }
   outcome.id = stream->info.nIndex;
   streams_.erase(stream->info.nIndex);
   appliance_.persist();
@@ -594,16 +600,36 @@ Outcome StreamModel::start(const ObjectSelector& selector) {
   doStart(*stream, appliance_.nowMs());
   appliance_.persist();
   // Content sources that are not running make the start a success with a warning.
-  std::string idle;
-  for (int i = 0; i < stream->info.nNumOfSources; ++i) {
-    const SMGR_CONTENT_INFO& source = stream->info.ContentSources[i];
-    auto ref = appliance_.sources().findById(static_cast<ContentKind>(source.enType), source.ID);
-    if (ref && !ref->started) idle += (idle.empty() ? "" : ", ") + ref->name;
-  }
-  if (!idle.empty()) {
+  if (const std::string idle = unstartedSources(*stream); !idle.empty()) {
     return {SMGR_WARNING_STREAM_HAS_UNSTARTED_CONTENT_SOURCE, "Not started: " + idle, stream->info.nIndex};
   }
   return {SMGR_ERROR_SUCCESS, "", stream->info.nIndex};
+}
+
+std::string StreamModel::unstartedSources(const Stream& stream) const {
+  std::string idle;
+  for (int i = 0; i < stream.info.nNumOfSources; ++i) {
+    const SMGR_CONTENT_INFO& source = stream.info.ContentSources[i];
+    auto ref = appliance_.sources().findById(static_cast<ContentKind>(source.enType), source.ID);
+    if (ref && !ref->started) idle += (idle.empty() ? "" : ", ") + ref->name;
+  }
+  return idle;
+}
+
+SMGR_RESULT StreamModel::startAutoStartStreams() {
+  SMGR_RESULT result = SMGR_ERROR_SUCCESS;
+  bool started = false;
+  for (auto& [id, stream] : streams_) {
+    if (!stream.autoStart || stream.run != Run::kStopped) continue;
+    doStart(stream, appliance_.nowMs());
+    started = true;
+    if (const std::string idle = unstartedSources(stream); !idle.empty()) {
+      SIM_LOG_INFO("auto-start %s: not started: %s", label(stream).c_str(), idle.c_str());
+      result = SMGR_WARNING_STREAM_HAS_UNSTARTED_CONTENT_SOURCE;
+    }
+  }
+  if (started) appliance_.persist();
+  return result;
 }
 
 Outcome StreamModel::stop(const ObjectSelector& selector) {

@@ -8,6 +8,7 @@
 #include <sys/types.h>
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -53,6 +54,14 @@ class StreamModel {
   int openCount(int id) const;
   // Forgets the opens of a client that is gone; how many there were.
   int dropClient(pid_t client);
+  // Another family that holds streams (a session its members) says why one may
+  // not be deleted, or nothing; delete then answers 25 (SMGR_ERROR_STREAM_IN_USE).
+  using DeleteGuard = std::function<std::string(int id)>;
+  void addDeleteGuard(DeleteGuard guard) { deleteGuards_.push_back(std::move(guard)); }
+  // Starts every stopped auto-start stream, as a loaded configuration does: the
+  // warning SMGR_WARNING_STREAM_HAS_UNSTARTED_CONTENT_SOURCE when one of them has
+  // a content source that is not running, else success.
+  SMGR_RESULT startAutoStartStreams();
 
   // The persisted section: every stream but the non-persistent ones, with its
   // started state, and the next ID. load(null) starts empty; started streams
@@ -84,10 +93,12 @@ class StreamModel {
   void doStart(Stream& stream, int64_t now);
   void closeSegment(Stream& stream, int64_t now);
   static std::string label(const Stream& stream);
+  std::string unstartedSources(const Stream& stream) const;
 
   Appliance& appliance_;
   std::map<int, Stream> streams_;
   int nextId_ = 1;
+  std::vector<DeleteGuard> deleteGuards_;
 };
 
 }  // namespace sim

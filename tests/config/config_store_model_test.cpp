@@ -49,6 +49,19 @@ TEST_F(ConfigStoreTest, LoadRebuildsTheSavedUnitAndRefusesBadFilesUntouched) {
   EXPECT_TRUE(store().isSaved());
 }
 
+TEST_F(ConfigStoreTest, LoadStartsAutoStartStreamsAndWarnsOfAnUnstartedSource) {
+  SMGR_STREAM_CFG cfg = UdpConfig("auto");
+  cfg.bAutoStart = TRUE;
+  ASSERT_EQ(create(cfg).result, SMGR_ERROR_SUCCESS);
+  ASSERT_EQ(streams().stop(ByName("auto")).result, SMGR_ERROR_SUCCESS);
+  ASSERT_EQ(store().save(Named("a.cfg"), 0), SMGR_ERROR_SUCCESS);
+  // Audio encoder 1 is not started on a fresh unit: the auto-start stream starts with the warning.
+  EXPECT_EQ(store().load(Named("a.cfg")), SMGR_WARNING_STREAM_HAS_UNSTARTED_CONTENT_SOURCE);
+  EXPECT_NE(streams().stateOf(2), SMGR_STREAM_STATE_STOPPED);
+  EXPECT_EQ(streams().stateOf(1), SMGR_STREAM_STATE_STOPPED);  // not an auto-start one
+  EXPECT_TRUE(store().isSaved());
+}
+
 TEST_F(ConfigStoreTest, DeletionsReportErrnoAndSpareTheStartupFile) {
   int error = 0;
   EXPECT_EQ(store().remove(Named("none.cfg"), &error), SMGR_ERROR_NO_MATCHING_CONFIG_FILE);

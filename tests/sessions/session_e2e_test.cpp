@@ -28,7 +28,7 @@ class PanelCliTest : public ::testing::Test {
     return json::parse(ok(args).out);
   }
 
-  SimProcess sim_;
+  SimProcess sim_{R"({"config": {"save_ms": 100, "load_ms": 200}})"};  // quick file work
 };
 
 TEST_F(PanelCliTest, ASessionRunsItsStreamAndASavedUnitComesBack) {
@@ -54,11 +54,14 @@ TEST_F(PanelCliTest, ASessionRunsItsStreamAndASavedUnitComesBack) {
   EXPECT_EQ(okJson({"session", "list"})[0]["name"], "news");
   EXPECT_EQ(okJson({"config", "status"})["saved"], true);
 
+  // A configuration that is not there is "not found" (exit 5), on stderr or as JSON.
   CommandResult missing = RunCtl({"config", "load", "nothing"});
-  EXPECT_EQ(missing.status, 1);
+  EXPECT_EQ(missing.status, 5);
   EXPECT_NE(missing.err.find("config load nothing"), std::string::npos) << missing.err;
   ok({"config", "delete", "demo"});
-  EXPECT_EQ(RunCtl({"config", "delete", "demo"}).status, 1);
+  CommandResult gone = RunCtl({"--json", "config", "delete", "demo"});
+  EXPECT_EQ(gone.status, 5);
+  EXPECT_EQ(json::parse(gone.out)["error"]["symbol"], "SMGR_ERROR_NO_MATCHING_CONFIG_FILE");
 }
 
 TEST_F(PanelCliTest, BlinkingIsRefusedTwiceAndTheSensorReads) {

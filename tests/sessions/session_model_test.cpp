@@ -71,7 +71,9 @@ TEST_F(SessionModelTest, StartRunsTheMembersAndAnnouncesEveryFiveSeconds) {
   EXPECT_EQ(stats.nTxOkPackets, 6u);  // at 0, 5 and 10 s, for each of two members
   ASSERT_EQ(sessions().stop(ById(1)).result, SMGR_ERROR_SUCCESS);
   EXPECT_EQ(streams().stateOf(1), SMGR_STREAM_STATE_STOPPED);
+  EXPECT_EQ(streams().remove(ById(1)).result, SMGR_ERROR_STREAM_IN_USE);  // a stopped member
   EXPECT_EQ(sessions().remove(ById(1)).result, SMGR_ERROR_SUCCESS);
+  EXPECT_EQ(streams().remove(ById(1)).result, SMGR_ERROR_SUCCESS);
   EXPECT_EQ(sessions().start(ById(1)).result, SMGR_ERROR_NO_MATCHING_SESSION_FOUND);
 }
 

@@ -26,11 +26,13 @@ int RunSave(const SaveArgs& args) {
 
 int RunLoad(const std::string& name) {
   if (!Connect()) return 1;
+  const std::string operation = name.empty() ? "config load" : "config load " + name;
   SessMgr_SetLastError(SMGR_ERROR_SUCCESS);  // success leaves it; a warning replaces it
-  if (!SessMgr_LoadConfig(name.empty() ? nullptr : name.c_str())) return Fail("config load " + name);
+  if (!SessMgr_LoadConfig(name.empty() ? nullptr : name.c_str())) return Fail(operation);
   if (SessMgr_GetLastError() & SMGR_IS_SUCCESS_WITH_WARNING) {
     char text[256];
-    std::cerr << "smgrctl: config load: warning: " << SessMgr_GetLastErrorString(text, sizeof text) << "\n";
+    std::cerr << "smgrctl: " << operation << ": warning: " << SessMgr_GetLastErrorString(text, sizeof text)
+              << "\n";
   }
   if (!Globals().json) std::cout << "Configuration loaded.\n";
   return 0;
@@ -45,12 +47,16 @@ int RunDelete(const std::string& name, bool all) {
     return 0;
   }
   ULONG deleted = 0;
-  const BOOL ok = SessMgr_DeleteAllConfigs(&deleted);
+  if (!SessMgr_DeleteAllConfigs(&deleted)) {
+    // The count so far still tells what went; with --json the error object is the only output.
+    if (!Globals().json) std::cout << "Deleted " << deleted << " configuration(s) before the failure.\n";
+    return Fail("config delete --all");
+  }
   if (Globals().json)
-    PrintJson({{"deleted", deleted}, {"ok", ok != 0}});
+    PrintJson({{"deleted", deleted}});
   else
     std::cout << "Deleted " << deleted << " configuration(s).\n";
-  return ok ? 0 : Fail("config delete --all");
+  return 0;
 }
 
 int RunStatus() {

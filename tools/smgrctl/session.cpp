@@ -76,6 +76,15 @@ int RunShow(const std::string& target) {
   return 0;
 }
 
+// A port number of 1..65535 written in full ("9875x" and "70000" are refused).
+bool ParsePort(const std::string& text, uint16_t* port) {
+  size_t used = 0;
+  const int value = std::stoi(text, &used);
+  if (used != text.size() || value < 1 || value > 65535) return false;
+  *port = static_cast<uint16_t>(value);
+  return true;
+}
+
 // "239.1.1.1", "239.1.1.1:9875", "ff0e::1", "[ff0e::1]:9875" or "any".
 bool ParseAdvert(const std::string& text, SMGR_IP_ADDRESS* address, uint16_t* port) {
   std::string host = text;
@@ -84,12 +93,11 @@ bool ParseAdvert(const std::string& text, SMGR_IP_ADDRESS* address, uint16_t* po
     if (close == std::string::npos) return false;
     host = text.substr(1, close - 1);
     if (close + 1 < text.size()) {
-      if (text[close + 1] != ':') return false;
-      *port = static_cast<uint16_t>(std::stoi(text.substr(close + 2)));
+      if (text[close + 1] != ':' || !ParsePort(text.substr(close + 2), port)) return false;
     }
   } else if (std::count(text.begin(), text.end(), ':') == 1) {
     host = text.substr(0, text.find(':'));
-    *port = static_cast<uint16_t>(std::stoi(text.substr(text.find(':') + 1)));
+    if (!ParsePort(text.substr(text.find(':') + 1), port)) return false;
   }
   *address = SMGR_IP_ADDRESS{};
   if (host == "any")
@@ -122,7 +130,7 @@ int RunCreate(const CreateArgs& args) {
   cfg.AdvertAddress.enType = SMGR_ANY_ADDRESS;
   try {
     if (!args.advertise.empty() && !ParseAdvert(args.advertise, &cfg.AdvertAddress, &cfg.usAdvertPort))
-      return Usage(operation, "bad advertisement address " + args.advertise);
+      return Usage(operation, "bad advertisement address or port " + args.advertise);
   } catch (const std::exception&) {
     return Usage(operation, "bad advertisement port in " + args.advertise);
   }
@@ -212,10 +220,11 @@ void AddSessionCommands(Command& command) {
   StatsArgs& statsArgs = command.keep<StatsArgs>();
   auto* stats = session->add_subcommand("stats", "Announcement counters of a session");
   stats->add_option("session", statsArgs.target, "Session ID or name")->required();
-  stats->add_option("-w,--watch", statsArgs.watch, "Repeat every SECONDS until interrupted")
-      ->check(CLI::Range(0.1, 3600.0));
+  auto* watch = stats->add_option("-w,--watch", statsArgs.watch, "Repeat every SECONDS until interrupted")
+                    ->check(CLI::Range(0.1, 3600.0));
   stats->add_option("-n,--count", statsArgs.count, "With --watch: stop after this many rounds")
-      ->check(CLI::Range(1, 1000000));
+      ->check(CLI::Range(1, 1000000))
+      ->needs(watch);  // a count without --watch is a usage error
   stats->callback([&status, &statsArgs] {
     if (!Connect()) {
       status = 1;
