@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "essence_model.h"
 #include "objects.h"
 #include "sim_log.h"
 
@@ -212,9 +213,27 @@ void AudioEncoderModel::setState(Encoder& encoder, int state) {
   const int64_t now = appliance_.nowMs();
   if (encoder.segmentStartMs) encoder.activeMs += now - *encoder.segmentStartMs;
   encoder.segmentStartMs.reset();
-  if (Running(state)) encoder.segmentStartMs = now;
+  // An encoder without input (failed for want of an essence) neither encodes nor counts errors.
+  if (Running(state) && (state != SMGR_AUDENC_STATE_FAILED || encoder.failing)) encoder.segmentStartMs = now;
   if (state != encoder.state) encoder.stateChangeMs = now;
   encoder.state = state;
+}
+
+bool AudioEncoderModel::starved(const Encoder& encoder) const {
+  const int input = encoder.info.enInputInterface;
+  if (!IsSdi(input)) return false;
+  EssenceModel& essences = appliance_.family<EssenceModel>();
+  return essences.supported() &&
+         !essences.runningEssence(SMGR_ESSENCE_MEDIA_TYPE_AUDIO, static_cast<unsigned>((input - 1) / 8));
+}
+
+void AudioEncoderModel::followInput(Encoder& encoder) {
+  if (encoder.failing || !Running(encoder.state)) return;
+  const bool noInput = starved(encoder);
+  if (noInput && encoder.state != SMGR_AUDENC_STATE_FAILED)
+    setState(encoder, SMGR_AUDENC_STATE_FAILED);
+  else if (!noInput && encoder.state == SMGR_AUDENC_STATE_FAILED)
+    setState(encoder, SMGR_AUDENC_STATE_WORKING);
 }
 
 SMGR_RESULT AudioEncoderModel::configure(int id, const SMGR_AUDIO_ENCODER_CFG& cfg) {
@@ -238,7 +257,8 @@ SMGR_RESULT AudioEncoderModel::start(int id) {
   if (!encoder) return SMGR_ERROR_NO_MATCHING_CODEC_FOUND;
   if (Running(encoder->state)) return SMGR_ERROR_CODEC_ALREADY_STARTED;
   if (pairTaken(*encoder, encoder->info.enInputInterface)) return SMGR_ERROR_AUDIO_CHANNELS_IN_USE;
-  setState(*encoder, encoder->failing ? SMGR_AUDENC_STATE_FAILED : SMGR_AUDENC_STATE_WORKING);
+  setState(*encoder,
+           encoder->failing || starved(*encoder) ? SMGR_AUDENC_STATE_FAILED : SMGR_AUDENC_STATE_WORKING);
   SMGR_AUDIO_ENCODER_STATS now{};
   stats(id, &now);
   encoder->captureBaseBytes = static_cast<int64_t>(now.nEncodedBytes);
@@ -256,6 +276,7 @@ SMGR_RESULT AudioEncoderModel::stop(int id) {
 SMGR_RESULT AudioEncoderModel::mute(int id, bool mute) {
   Encoder* encoder = find(id);
   if (!encoder) return SMGR_ERROR_NO_MATCHING_CODEC_FOUND;
+  followInput(*encoder);
   if (encoder->state != SMGR_AUDENC_STATE_WORKING && encoder->state != SMGR_AUDENC_STATE_MUTED)
     return SMGR_ERROR_CODEC_NOT_STARTED;  // stopped, or failed and producing nothing to mute
   const bool muted = encoder->state == SMGR_AUDENC_STATE_MUTED;
@@ -283,8 +304,9 @@ SMGR_RESULT AudioEncoderModel::info(int id, SMGR_AUDIO_ENCODER_INFO* info) const
 }
 
 SMGR_RESULT AudioEncoderModel::stats(int id, SMGR_AUDIO_ENCODER_STATS* stats) {
-  const Encoder* encoder = find(id);
+  Encoder* encoder = find(id);
   if (!encoder) return SMGR_ERROR_NO_MATCHING_CODEC_FOUND;
+  followInput(*encoder);
   const SMGR_AUDIO_ENCODER_INFO& info = encoder->info;
   const int64_t now = appliance_.nowMs();
   const int64_t activeMs = activeMsNow(*encoder);

@@ -61,6 +61,11 @@ class AudioEncoderModel {
   SMGR_RESULT validate(const Encoder& encoder, const SMGR_AUDIO_ENCODER_INFO& next, uint64_t flags) const;
   bool pairTaken(const Encoder& encoder, int input) const;
   void setState(Encoder& encoder, int state);
+  // On an ST 2110 unit, SDI input n is the running audio essence of input
+  // channel n-1: without one the encoder has nothing to encode.
+  bool starved(const Encoder& encoder) const;
+  // A running encoder fails while its essence is missing and works again when it returns.
+  void followInput(Encoder& encoder);
   int64_t activeMsNow(const Encoder& encoder) const;
   void defaults(const ProfileObject& object, size_t index, Encoder* encoder) const;
 

@@ -5,6 +5,7 @@
 #include <cctype>
 #include <cstring>
 
+#include "essence_model.h"
 #include "stream_model.h"
 
 namespace sim {
@@ -340,7 +341,9 @@ Outcome MetaDataModel::start(const ObjectSelector& selector) {
   if (!source) return {SMGR_ERROR_NO_MATCHING_METADATA_FOUND, "No such metadata source"};
   if (source->started) return {SMGR_ERROR_METADATA_ALREADY_STARTED, "Metadata source already started"};
   source->started = true;
+  source->waiting = false;
   source->segmentStartMs = appliance_.nowMs();
+  followInput(*source);
   return {SMGR_ERROR_SUCCESS, {}, source->cfg.nIndex};
 }
 
@@ -348,8 +351,10 @@ Outcome MetaDataModel::stop(const ObjectSelector& selector) {
   Source* source = find(selector);
   if (!source) return {SMGR_ERROR_NO_MATCHING_METADATA_FOUND};
   if (!source->started) return {SMGR_ERROR_METADATA_NOT_STARTED};
+  followInput(*source);
   source->accumulatedMs = runMs(*source);
   source->started = false;
+  source->waiting = false;
   return {SMGR_ERROR_SUCCESS, {}, source->cfg.nIndex};
 }
 
@@ -415,12 +420,33 @@ SMGR_RESULT MetaDataModel::info(const ObjectSelector& selector, SMGR_METADATA_IN
 }
 
 int64_t MetaDataModel::runMs(const Source& source) const {
-  return source.accumulatedMs + (source.started ? appliance_.nowMs() - source.segmentStartMs : 0);
+  return source.accumulatedMs +
+         (source.started && !source.waiting ? appliance_.nowMs() - source.segmentStartMs : 0);
+}
+
+bool MetaDataModel::noKlvFlowing(const Source& source) const {
+  if (source.cfg.enInputType != SMGR_METADATA_IN_TYPE_VIDEO_INPUT) return false;
+  EssenceModel& essences = appliance_.family<EssenceModel>();
+  const int channel = source.cfg.in.Video.enInputInterface - 1;
+  return essences.supported() && (channel < 0 || !essences.runningEssence(SMGR_ESSENCE_MEDIA_TYPE_DATA,
+                                                                          static_cast<unsigned>(channel)));
+}
+
+void MetaDataModel::followInput(Source& source) {
+  if (!source.started) return;
+  const bool waiting = noKlvFlowing(source);
+  if (waiting == source.waiting) return;
+  if (waiting)
+    source.accumulatedMs = runMs(source);  // the run so far, then nothing until the essence returns
+  else
+    source.segmentStartMs = appliance_.nowMs();
+  source.waiting = waiting;
 }
 
 SMGR_RESULT MetaDataModel::stats(const ObjectSelector& selector, SMGR_METADATA_STATS* stats) {
   Source* source = find(selector);
   if (!source) return SMGR_ERROR_NO_MATCHING_METADATA_FOUND;
+  followInput(*source);
   const SMGR_METADATA_CFG& cfg = source->cfg;
   *stats = SMGR_METADATA_STATS{};
   stats->nSize = sizeof *stats;
@@ -456,7 +482,7 @@ SMGR_RESULT MetaDataModel::stats(const ObjectSelector& selector, SMGR_METADATA_S
     stats->Relays[i].nTxBytes = bytes;
     stats->Relays[i].nTxMessages = messages;
   }
-  stats->nBitRateInKbps = source->started ? source->bitRateKbps : 0;
+  stats->nBitRateInKbps = source->started && !source->waiting ? source->bitRateKbps : 0;
   if (messages > 0) {
     stats->bLatencyMeasured = TRUE;
     stats->nMinLatencyInMS = stats->nAllTimeMinLatencyInMS = 20;

@@ -55,6 +55,7 @@ class MetaDataModel {
     SMGR_METADATA_CFG cfg{};
     bool fixed = false;  // a video input's KLV source from the profile
     bool started = false;
+    bool waiting = false;  // started, but no KLV arrives (ST 2110: no data essence runs on its input)
     int bitRateKbps = kDefaultBitRateKbps;
     int64_t segmentStartMs = 0;  // when the current run (or the run since the reset) began
     int64_t accumulatedMs = 0;   // run time before that, since the last reset
@@ -66,6 +67,10 @@ class MetaDataModel {
   SMGR_RESULT judgeFlags(const Source& source, const SMGR_METADATA_CFG& cfg, std::string* why) const;
   bool usedByStream(const Source& source);
   int64_t runMs(const Source& source) const;
+  // On an ST 2110 unit a video input's source reads the running data essence
+  // of input channel n-1; counters stand still while there is none.
+  bool noKlvFlowing(const Source& source) const;
+  void followInput(Source& source);
   void setupFixedSources();
   SMGR_METADATA_INFO infoOf(const Source& source) const;
 

@@ -125,7 +125,8 @@ TEST_F(BadInputSweep, TheValidInvocationOfEveryRequestRowSucceedsAgainstItsValid
 }
 
 // The daemon's Result decides: a warning succeeds only where the row says so
-// (and stays the last error), a failure fails with its code; nothing is left behind.
+// (and stays the last error unless the row says 0), a failure fails with its
+// code; nothing is left behind.
 TEST_F(BadInputSweep, EveryRequestRowTakesAWarningOrAFailureAsItsRowSays) {
   for (SMGR_RESULT result : {SMGR_WARNING_UNABLE_TO_RESOLVE_HOSTNAME, SMGR_ERROR_GENERIC_FAILURE}) {
     for (const OperationRow& row : OperationTable()) {
@@ -139,15 +140,17 @@ TEST_F(BadInputSweep, EveryRequestRowTakesAWarningOrAFailureAsItsRowSays) {
         std::memcpy(message.data() + sizeof(SMGRPROT_HEADER), &result, sizeof(result));
         return Replies(Reply::raw(message));
       });
-      const bool bWarningSucceeds =
-          row.success == SuccessCodes::ZeroOrWarning || row.success == SuccessCodes::UntouchedOrWarning;
+      const bool bWarningSucceeds = row.success == SuccessCodes::ZeroOrWarning ||
+                                    row.success == SuccessCodes::UntouchedOrWarning ||
+                                    row.success == SuccessCodes::ZeroEvenOnWarning;
       const bool bSucceeds = (result & SMGR_IS_SUCCESS_WITH_WARNING) && bWarningSucceeds;
+      const SMGR_RESULT successLastError = row.success == SuccessCodes::ZeroEvenOnWarning ? 0 : result;
       using Kept = OperationRow::KeptLastError;
       const bool bFailureKeeps =
           row.keptLastError == Kept::OnDaemonFailure || row.keptLastError == Kept::OnDaemonOrSendFailure;
       SessMgr_SetLastError(kSentinel);
       EXPECT_EQ(row.invoke(ctx), bSucceeds ? TRUE : FALSE);
-      EXPECT_EQ(SessMgr_GetLastError(), !bSucceeds && bFailureKeeps ? kSentinel : result);
+      EXPECT_EQ(SessMgr_GetLastError(), bSucceeds ? successLastError : bFailureKeeps ? kSentinel : result);
       EXPECT_TRUE(ctx.guardsIntact());
       if (row.finish != nullptr) row.finish(ctx);
       EXPECT_EQ(LiveHandleCount(), nHandlesBefore);

@@ -10,7 +10,9 @@
 #include <filesystem>
 #include <memory>
 
+#include "audio_encoder_model.h"
 #include "dispatch.h"
+#include "metadata_model.h"
 
 namespace sim::test {
 namespace {
@@ -196,6 +198,42 @@ class NoOutbox : public Outbox {
   size_t messageLimit(pid_t) override { return 8192; }
   std::vector<uint8_t> last;
 };
+
+// Audio encoder aenc1 (SDI input 1) and the KLV source of video input 1 read the
+// running audio and data essences of input channel 0, as seen at each read.
+TEST_F(EssenceModelTest, AudioEncodersAndVideoInputSourcesReadTheirInputsEssences) {
+  AudioEncoderModel& encoders = appliance_->family<AudioEncoderModel>();
+  MetaDataModel& sources = appliance_->family<MetaDataModel>();
+  sources.load(nullptr);  // the fixed sources, auto-started
+  SMGR_AUDIO_ENCODER_STATS audio{};
+  SMGR_METADATA_STATS klv{};
+  auto readAfter = [&](int64_t ms) {
+    clock_->advanceMs(ms);
+    ASSERT_EQ(encoders.stats(1, &audio), 0u);
+    ASSERT_EQ(sources.stats(Id(1), &klv), 0u);
+  };
+  ASSERT_EQ(encoders.start(1), 0u);
+  readAfter(2000);
+  EXPECT_EQ(audio.enState, SMGR_AUDENC_STATE_FAILED);
+  EXPECT_EQ(audio.nEncodedFrames + klv.nRxBytes, 0u);
+  SMGR_ESSENCE_CFG data = Audio(0, 5002);
+  data.enMediaType = SMGR_ESSENCE_MEDIA_TYPE_DATA;
+  data.Media = {};
+  ASSERT_EQ(model().create(Audio(0, 5000)).result + model().create(data).result, 0u);
+  ASSERT_EQ(model().start(Id(1)).result + model().start(Id(2)).result, 0u);
+  readAfter(0);
+  readAfter(1000);
+  EXPECT_EQ(audio.enState, SMGR_AUDENC_STATE_WORKING);
+  EXPECT_EQ(audio.nEncodedFrames, 46u);  // one second at 48 kHz, 1024 samples a frame
+  EXPECT_EQ(klv.nRxBytes, 8000u);        // one second at 64 kbit/s
+  ASSERT_EQ(model().stop(Id(1)).result + model().stop(Id(2)).result, 0u);
+  readAfter(0);
+  readAfter(1000);
+  EXPECT_EQ(audio.enState, SMGR_AUDENC_STATE_FAILED);
+  EXPECT_EQ(audio.nEncodedFrames, 46u);
+  EXPECT_EQ(klv.nRxBytes, 8000u);
+  EXPECT_EQ(klv.nBitRateInKbps, 0);
+}
 
 TEST_F(EssenceModelTest, AnSdiUnitAnswers303WithTheCreateDescriptionAt88) {
   makeAppliance(R"({"personality": "SDI"})");

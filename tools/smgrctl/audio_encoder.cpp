@@ -111,8 +111,8 @@ int RunList() {
   for (const SMGR_AUDIO_ENCODER_INFO& info : encoders) {
     Encoder encoder;
     SMGR_AUDIO_ENCODER_STATS stats;
-    if (!encoder.open(info.szName, "audio-encoder list") || !ReadStats(encoder.get(), &stats))
-      return Fail("audio-encoder stats " + std::string(info.szName));
+    if (!encoder.open(info.szName, "audio-encoder list")) return 1;  // open reported it
+    if (!ReadStats(encoder.get(), &stats)) return Fail("audio-encoder stats " + std::string(info.szName));
     json entry = InfoJson(info);
     entry["state"] = Text(SessMgr_GetAudioEncoderStateString, stats.enState);
     array.push_back(entry);

@@ -186,7 +186,7 @@ std::vector<OperationRow> AudioEncoderRows() {
           return SessMgr_ConfigureAudioEncoder(Open(ctx), RecordOfSize<SMGR_AUDIO_ENCODER_CFG>(ctx, 64, ~0u));
         },
         acceptedAndSent}});
-  configure.keptLastError = OperationRow::KeptLastError::OnDaemonOrSendFailure;
+  configure.keptLastError = OperationRow::KeptLastError::OnSendFailure;  // a refusal is the last error
   rows.push_back(std::move(configure));
 
   OperationRow info = HandleRow<InfoCall>(

@@ -92,6 +92,7 @@ enum class SuccessCodes {
   ZeroOrWarning,       // TRUE leaves 0 or a warning (top bit set)
   Untouched,           // TRUE leaves the last error as it was (configuration store)
   UntouchedOrWarning,  // TRUE leaves it as it was, or sets a warning
+  ZeroEvenOnWarning,   // a warning succeeds too, but TRUE leaves 0 either way
 };
 
 // What a bad input must do.

@@ -52,7 +52,10 @@ OperationRow RecordRow(const char* szName, WORD wRequest, Bytes (*answer)(const 
   row.notInitialisedResult = SMGR_ERROR_INVALID_PARAMETERS;
   row.success =
       row.success == SuccessCodes::ZeroOrWarning ? SuccessCodes::UntouchedOrWarning : SuccessCodes::Untouched;
-  row.keptLastError = OperationRow::KeptLastError::OnDaemonOrSendFailure;
+  // Configure stores a refusal as the last error; information and statistics keep it.
+  row.keptLastError = std::is_same_v<Record, SMGR_TALKBACK_CFG>
+                          ? OperationRow::KeptLastError::OnSendFailure
+                          : OperationRow::KeptLastError::OnDaemonOrSendFailure;
   return row;
 }
 
