@@ -2,6 +2,7 @@
 // speaks the daemon's wire protocol on the daemon's request queue, so clients
 // built on the library run against it unchanged.
 #include <fcntl.h>
+#include <grp.h>
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/stat.h>
@@ -35,12 +36,29 @@ std::string EnvOr(const char* name, const char* fallback) {
   return value && *value ? value : fallback;
 }
 
-// Detaches from the terminal after the queue exists, so that the caller knows
-// the simulator is ready when the command returns.
-bool Daemonize(const std::string& logFile) {
+// Detaches from the terminal. The parent returns only when the daemon says it
+// is ready (queue served, pid file written) through the pipe, or exits 1 when
+// the daemon dies first: a script may use the pid file right away.
+bool Daemonize(const std::string& logFile, int* readyFd) {
+  int ready[2];
+  if (pipe2(ready, O_CLOEXEC) != 0) return false;
   pid_t child = fork();
-  if (child < 0) return false;
-  if (child > 0) _exit(0);
+  if (child < 0) {
+    close(ready[0]);
+    close(ready[1]);
+    return false;
+  }
+  if (child > 0) {
+    close(ready[1]);
+    char byte = 0;
+    ssize_t got;
+    do {
+      got = read(ready[0], &byte, 1);
+    } while (got < 0 && errno == EINTR);
+    _exit(got == 1 ? 0 : 1);
+  }
+  close(ready[0]);
+  *readyFd = ready[1];
   setsid();
   int devNull = open("/dev/null", O_RDWR);
   if (devNull >= 0) {
@@ -72,6 +90,38 @@ void RestoreState(sim::Appliance& appliance) {
   SIM_LOG_WARN("%s, moved to %s; starting empty", error.c_str(), aside.c_str());
 }
 
+// Written whole under a temporary name and renamed over what was there (a
+// stale file of a killed run), so a reader never sees it empty or half written.
+bool WritePidFile(const std::string& path) {
+  std::error_code ignored;
+  if (std::filesystem::exists(path, ignored)) SIM_LOG_INFO("replacing pid file %s", path.c_str());
+  const std::string temporary = path + ".tmp" + std::to_string(getpid());
+  {
+    std::ofstream out(temporary, std::ios::trunc);
+    out << getpid() << "\n";
+    if (!out.flush()) return false;
+  }
+  if (rename(temporary.c_str(), path.c_str()) != 0) {
+    unlink(temporary.c_str());
+    return false;
+  }
+  return true;
+}
+
+bool ParseGroup(const std::string& text, gid_t* gid) {
+  if (text.empty()) return true;
+  char* end = nullptr;
+  unsigned long number = strtoul(text.c_str(), &end, 10);
+  if (*end == '\0') {
+    *gid = static_cast<gid_t>(number);
+    return true;
+  }
+  const group* found = getgrnam(text.c_str());
+  if (!found) return false;
+  *gid = found->gr_gid;
+  return true;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -79,7 +129,7 @@ int main(int argc, char** argv) {
   std::string queueName = EnvOr("SESSMGR_DAEMON_QUEUE", "/vdsessmgr");
   std::string markerPath = EnvOr("SESSMGR_STARTED_MARKER", "/tmp/.sessmgrd_was_started");
   std::string stateDir = "/tmp/sessmgrd-sim." + std::to_string(getuid());
-  std::string profilePath, pidFile, logFile;
+  std::string profilePath, pidFile, logFile, queueMode = "0666", queueGroup;
   long maxMessages = 10;
   int pidCheckMs = 1000;
   int configSaveMs = 300, configLoadMs = 1200;
@@ -87,6 +137,15 @@ int main(int argc, char** argv) {
 
   app.add_option("--queue", queueName, "Name of the request queue (env SESSMGR_DAEMON_QUEUE)")
       ->capture_default_str();
+  app.add_option("--queue-mode", queueMode,
+                 "Permission bits (octal) of the request queue: who may send requests")
+      ->capture_default_str()
+      ->check([](const std::string& text) {
+        char* end = nullptr;
+        long mode = strtol(text.c_str(), &end, 8);
+        return !text.empty() && *end == '\0' && mode >= 0 && mode <= 0777 ? std::string() : "an octal mode";
+      });
+  app.add_option("--queue-group", queueGroup, "Owner group (name or number) of the request queue");
   app.add_option("--max-messages", maxMessages, "Depth of the request queue")
       ->capture_default_str()
       ->check(CLI::Range(1L, 64L));
@@ -156,6 +215,11 @@ int main(int argc, char** argv) {
   options.maxMessages = maxMessages;
   options.pidCheckIntervalMs = pidCheckMs;
   options.exitOnShutdownRequest = !ignoreShutdown;
+  options.queueMode = static_cast<mode_t>(strtol(queueMode.c_str(), nullptr, 8));
+  if (!ParseGroup(queueGroup, &options.queueGroup)) {
+    fprintf(stderr, "sessmgrd-sim: unknown group %s\n", queueGroup.c_str());
+    return 1;
+  }
   sim::Server server(appliance, options);
   std::string error;
   if (!server.open(&error)) {
@@ -163,7 +227,8 @@ int main(int argc, char** argv) {
     return 1;
   }
 
-  if (!foreground && !Daemonize(logFile)) {
+  int readyFd = -1;
+  if (!foreground && !Daemonize(logFile, &readyFd)) {
     fprintf(stderr, "sessmgrd-sim: cannot detach: %s\n", strerror(errno));
     server.close();
     return 1;
@@ -177,7 +242,11 @@ int main(int argc, char** argv) {
   sigaction(SIGTERM, &action, nullptr);
   signal(SIGPIPE, SIG_IGN);
 
-  if (!pidFile.empty()) std::ofstream(pidFile) << getpid() << "\n";
+  if (!pidFile.empty() && !WritePidFile(pidFile)) {
+    SIM_LOG_ERROR("cannot write pid file %s: %s", pidFile.c_str(), strerror(errno));
+    server.close();
+    return 1;  // the waiting parent sees the pipe close and fails too
+  }
   if (markStarted) {
     std::ofstream marker(markerPath);
     if (!marker) SIM_LOG_WARN("cannot write start marker %s", markerPath.c_str());
@@ -187,6 +256,11 @@ int main(int argc, char** argv) {
                sim::HandlerRegistry::Global().families().size(), sim::HandlerRegistry::Global().size(),
                stateDir.c_str());
 
+  if (readyFd >= 0) {
+    const char ready = 1;
+    (void)!write(readyFd, &ready, 1);
+    close(readyFd);
+  }
   server.run(g_stop);
 
   server.close();

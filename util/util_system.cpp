@@ -52,10 +52,12 @@ std::string argv0Of(pid_t pid) {
   return std::string(cmdline.c_str());
 }
 
+// A process that has ended but is not reaped yet ('Z'), or is being removed ('X').
 bool isZombie(pid_t pid) {
   std::string stat = readProcFile(pid, "stat");
   size_t nClose = stat.rfind(')');
-  return nClose != std::string::npos && nClose + 2 < stat.size() && stat[nClose + 2] == 'Z';
+  if (nClose == std::string::npos || nClose + 2 >= stat.size()) return false;
+  return stat[nClose + 2] == 'Z' || stat[nClose + 2] == 'X';
 }
 
 std::string executableOf(pid_t pid) {
@@ -100,9 +102,12 @@ pid_t GetProcessPID(const char* szProcessName, void* /*pvReserved*/) {
   }
 }
 
+// kill(pid, 0) still succeeds on a zombie, which stays until its parent reaps
+// it: a killed daemon whose parent is slow must not count as alive.
 BOOL IsValidPID(pid_t pid) {
   if (pid <= 0) return FALSE;
-  return kill(pid, 0) == 0 || errno == EPERM ? TRUE : FALSE;
+  if (kill(pid, 0) != 0 && errno != EPERM) return FALSE;
+  return isZombie(pid) ? FALSE : TRUE;
 }
 
 BOOL GetProcessNameFromPID(pid_t pid, int nMode, char* szBuffer, size_t nSize) {

@@ -16,6 +16,7 @@ SMGR_EXTERN_C_BEGIN
 BOOL IsRootUser(void);
 /* PID of a running process with that name (comm or argv[0] base name), 0 when none. */
 pid_t GetProcessPID(const char* szProcessName, void* pvReserved);
+/* TRUE while that process runs: FALSE for one that has ended but is not reaped yet (a zombie). */
 BOOL IsValidPID(pid_t pid);
 BOOL GetProcessNameFromPID(pid_t pid, int nMode, char* szBuffer, size_t nSize);
 /* pdwRights (may be NULL) receives 1 for root (uid 0), 0 otherwise. */

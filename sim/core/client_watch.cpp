@@ -64,7 +64,9 @@ bool ClientWatch::watch(pid_t pid) {
   if (usePidfd_) {
     fd = OpenPidfd(pid);
     if (fd < 0 && errno == ESRCH) return false;
-    if (fd < 0) SIM_LOG_DEBUG("no pidfd for pid %d (%s), looking for it in /proc", pid, strerror(errno));
+    if (fd < 0)
+      SIM_LOG_DEBUG("no pidfd for pid %u (%s), looking for it in /proc", static_cast<unsigned>(pid),
+                    strerror(errno));
   }
   // With a pidfd the process cannot be replaced by another of the same PID any more.
   if (!IsProcessAlive(pid)) {

@@ -90,15 +90,16 @@ FamilyRegistration::FamilyRegistration(const char* family, std::initializer_list
 }
 
 void Dispatcher::send(const ClientInfo& client, const Reply& reply) {
-  SIM_LOG_DEBUG("-> pid %d: type %u seq %u size %zu result %u", client.pid, reply.type(),
-                reinterpret_cast<const SMGRPROT_HEADER*>(reply.data())->wMsgSequence, reply.size(),
-                reply.result());
+  SIM_LOG_DEBUG("-> pid %u: type %u seq %u size %zu result %u", static_cast<unsigned>(client.pid),
+                reply.type(), reinterpret_cast<const SMGRPROT_HEADER*>(reply.data())->wMsgSequence,
+                reply.size(), reply.result());
   outbox_.sendTo(client.pid, reply.data(), reply.size());
 }
 
 void Dispatcher::dispatch(const ClientInfo& client, const uint8_t* message, size_t size) {
   if (size < kHeaderSize) {
-    SIM_LOG_WARN("pid %d: %zu-byte message is shorter than a header, dropped", client.pid, size);
+    SIM_LOG_WARN("pid %u: %zu-byte message is shorter than a header, dropped",
+                 static_cast<unsigned>(client.pid), size);
     return;
   }
   Request request(message, size);
@@ -107,20 +108,21 @@ void Dispatcher::dispatch(const ClientInfo& client, const uint8_t* message, size
 
   if (!entry) {
     if (IsCataloguedRequest(header.wMsgType)) {
-      SIM_LOG_WARN("pid %d: request %u is not modelled by this simulator, answering %u", client.pid,
-                   header.wMsgType, SMGR_ERROR_UNSUPPORTED_API);
+      SIM_LOG_WARN("pid %u: request %u is not modelled by this simulator, answering %u",
+                   static_cast<unsigned>(client.pid), header.wMsgType, SMGR_ERROR_UNSUPPORTED_API);
       Reply reply(header, static_cast<WORD>(ResponseTypeOf(header.wMsgType)), kDescribedResponseSize);
       reply.result(SMGR_ERROR_UNSUPPORTED_API).describe("Request %u is not supported", header.wMsgType);
       send(client, reply);
     } else {
-      SIM_LOG_WARN("pid %d: unknown message type %u (%zu bytes), dropped", client.pid, header.wMsgType, size);
+      SIM_LOG_WARN("pid %u: unknown message type %u (%zu bytes), dropped", static_cast<unsigned>(client.pid),
+                   header.wMsgType, size);
     }
     return;
   }
 
   if (header.wMsgSize != size || size != entry->requestSize) {
-    SIM_LOG_WARN("pid %d: %s request with wMsgSize %u, %zu bytes received, %zu expected", client.pid,
-                 entry->name, header.wMsgSize, size, entry->requestSize);
+    SIM_LOG_WARN("pid %u: %s request with wMsgSize %u, %zu bytes received, %zu expected",
+                 static_cast<unsigned>(client.pid), entry->name, header.wMsgSize, size, entry->requestSize);
     if (entry->response) {
       Reply reply(header, entry->response, entry->responseSize);
       reply.result(SMGR_ERROR_INVALID_PARAMETERS).describe("Malformed %s request", entry->name);
@@ -129,14 +131,14 @@ void Dispatcher::dispatch(const ClientInfo& client, const uint8_t* message, size
     return;
   }
 
-  SIM_LOG_DEBUG("<- pid %d: %s (type %u seq %u)", client.pid, entry->name, header.wMsgType,
-                header.wMsgSequence);
+  SIM_LOG_DEBUG("<- pid %u: %s (type %u seq %u)", static_cast<unsigned>(client.pid), entry->name,
+                header.wMsgType, header.wMsgSequence);
   Reply reply(header, entry->response, entry->responseSize);
   Context context(appliance_, outbox_, client, header);
   try {
     entry->handler(context, request, reply);
   } catch (const std::exception& e) {
-    SIM_LOG_ERROR("pid %d: %s handler failed: %s", client.pid, entry->name, e.what());
+    SIM_LOG_ERROR("pid %u: %s handler failed: %s", static_cast<unsigned>(client.pid), entry->name, e.what());
     reply = Reply(header, entry->response, entry->responseSize);
     reply.result(SMGR_ERROR_GENERIC_FAILURE);
   }

@@ -5,6 +5,11 @@
 // dispatcher forgets them once their last messages are answered). Every
 // family hears of a client that goes (NotifyClientDeparture, under the model
 // mutex). Lock order: the model mutex before the clients mutex, never the reverse.
+// The queue does not say who sent a message, so every request is taken from
+// the PID its header names: a process that has not connected is not heard at
+// all (the system shutdown request included), a connect naming the request
+// queue itself is refused, and a disconnect that another process may have
+// forged is logged as suspicious.
 #pragma once
 
 #include <mqueue.h>
@@ -13,6 +18,7 @@
 #include <atomic>
 #include <chrono>
 #include <map>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -30,7 +36,9 @@ struct ServerOptions {
   long messageSize = 8192;
   int pidCheckIntervalMs = 1000;  // the /proc check, for clients the kernel gives no pidfd for
   bool watchByPidfd = true;
-  bool exitOnShutdownRequest = true;  // a system shutdown request (10000) stops the simulator
+  bool exitOnShutdownRequest = true;          // a system shutdown request (10000) stops the simulator
+  mode_t queueMode = 0666;                    // of the request queue: who may write requests
+  gid_t queueGroup = static_cast<gid_t>(-1);  // owner group of the request queue; -1 keeps ours
 };
 
 class Server : public Outbox {
@@ -66,7 +74,12 @@ class Server : public Outbox {
   void handleMessage(const uint8_t* message, size_t size);
   void handleConnect(const uint8_t* message, size_t size);
   void handleDisconnect(const SMGRPROT_HEADER& header, size_t size);
-  void forgetClient(pid_t pid, const char* why);
+  // Forgets a client; a dead one's receive queue is removed too (nobody else will).
+  void forgetClient(pid_t pid, const char* why, bool removeDeadQueue = false);
+  // Drops a message from a process that is not connected (logged once per PID).
+  void dropUnconnected(DWORD pid, WORD type);
+  // Logs disconnects whose process and receive queue were both still there a moment later.
+  void checkDisconnects();
   // Drops a client from the table (clients mutex held) and queues its departure.
   void dropClientLocked(std::map<pid_t, Client>::iterator it);
   // Tells the families of the queued departures; the caller holds the model mutex.
@@ -86,6 +99,13 @@ class Server : public Outbox {
   std::vector<pid_t> departed_;  // guarded by clientsMutex_
   std::vector<pid_t> dead_;      // noticed by housekeeping, guarded by clientsMutex_
   std::chrono::steady_clock::time_point deadSince_;
+  std::set<DWORD> unconnectedLogged_;  // dispatcher thread only
+  struct DisconnectCheck {
+    pid_t pid;
+    std::string queueName;
+    std::chrono::steady_clock::time_point due;
+  };
+  std::vector<DisconnectCheck> disconnectChecks_;  // dispatcher thread only
   ClientWatch watch_;
   std::atomic<bool> shutdownRequested_{false};
 };

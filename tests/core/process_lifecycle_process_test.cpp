@@ -155,6 +155,28 @@ TEST(DaemonProcess, DeathFailsTheNextRequestWith4WithinOneRound) {
   ShutdownLibraryCompletely();
 }
 
+TEST(DaemonProcess, KilledDaemonThatNobodyReapedFailsTheRequestInFlightWithin1100Ms) {
+  TestPeer peer;
+  peer.onNextRequest(SMGRPROT_DEBUG_GETINFO_REQ, Replies(Reply::ok().delay(milliseconds(5000))));
+  peer.startInChildProcess();
+  ASSERT_TRUE(SessMgrLib_Init(SMGR_API_VERSION_1_0, nullptr)) << SessMgr_GetLastError();
+  // The daemon dies while the request is in flight and stays a zombie: we do not reap it yet.
+  steady_clock::time_point killedAt;
+  std::thread killer([&] {
+    std::this_thread::sleep_for(milliseconds(200));
+    killedAt = steady_clock::now();
+    kill(peer.daemonPid(), SIGKILL);
+  });
+  SMGR_DEBUG_INFO info{};
+  EXPECT_FALSE(SessMgr_GetDebugInfo(&info));
+  const auto failedAt = steady_clock::now();
+  killer.join();
+  EXPECT_EQ(SessMgr_GetLastError(), SMGR_ERROR_DAEMON_GONE);
+  EXPECT_LT(failedAt - killedAt, milliseconds(1100));
+  peer.killDaemon();  // reaps it
+  ShutdownLibraryCompletely();
+}
+
 TEST(DaemonProcess, StartMarkerRequiresARunningDaemonNamedSessmgrd) {
   TestPeer peer;
   peer.createStartMarker();
