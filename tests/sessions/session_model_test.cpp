@@ -21,9 +21,12 @@ class SessionModelTest : public ApplianceTest {
     cfg.bAdvertise = TRUE;
     cfg.AdvertAddress.enType = advertType;
     SMGRPROT_OBJECT_SELECTOR wire[SMGR_MAX_SESSION_STREAMS]{};
-    for (int id : members) {
-      cfg.Streams[cfg.nNumOfStreams].enType = SMGR_SELECTBY_OBJECT_ID;
-      wire[cfg.nNumOfStreams++].Via.ID = id;
+    for (int id : members) {  // more than the record holds: counted, not written
+      if (cfg.nNumOfStreams < SMGR_MAX_SESSION_STREAMS) {
+        cfg.Streams[cfg.nNumOfStreams].enType = SMGR_SELECTBY_OBJECT_ID;
+        wire[cfg.nNumOfStreams].Via.ID = id;
+      }
+      ++cfg.nNumOfStreams;
     }
     return sessions().create(cfg, wire);
   }

@@ -291,7 +291,13 @@ int ClassificationOf(const std::string& text) {
 
 // Fills cfg from the options given and flags what they set; an error text when they do not fit.
 std::string BuildConfig(const SourceArgs& args, SMGR_METADATA_CFG* cfg) {
-  uint64_t& flags = cfg->SetFieldsFlag;
+  // A packed field: work on a copy and write it back on every way out.
+  uint64_t flags = cfg->SetFieldsFlag;
+  struct WriteBack {
+    decltype(cfg) record;
+    const uint64_t& value;
+    ~WriteBack() { record->SetFieldsFlag = value; }
+  } writeBack{cfg, flags};
   const int inputs = args.given("--serial") + args.given("--udp") + args.given("--video-input");
   if (inputs > 1) return "give one of --serial, --udp and --video-input";
   if (args.given("--serial")) {

@@ -93,7 +93,13 @@ int RunShow(const std::string& target) {
 
 // Fills cfg from the given options and the bits saying which were given; false after a usage report.
 bool FillConfig(const RoiArgs& args, const std::string& operation, SMGR_ROI_CFG* cfg) {
-  uint64_t& flags = cfg->SetFieldsFlag;
+  // A packed field: work on a copy and write it back on every way out.
+  uint64_t flags = cfg->SetFieldsFlag;
+  struct WriteBack {
+    decltype(cfg) record;
+    const uint64_t& value;
+    ~WriteBack() { record->SetFieldsFlag = value; }
+  } writeBack{cfg, flags};
   if (!args.name.empty()) {
     if (args.name.size() > SMGR_MAX_OBJECT_NAME_LENGTH)
       return Usage(operation, "the name is too long"), false;
