@@ -42,4 +42,27 @@ bool TranslateSelector(const char* szOperation, const SMGR_OBJECT_SELECTOR& sele
   }
 }
 
+namespace {
+
+// Every family's selector request has this layout.
+struct SelectRequest {
+  SMGRPROT_HEADER Header;
+  SMGRPROT_OBJECT_SELECTOR Select;
+};
+static_assert(sizeof(SelectRequest) == 84);
+
+}  // namespace
+
+BOOL SelectorTransact(const RequestTraits& traits, const SMGR_OBJECT_SELECTOR* pSelector,
+                      SelectorKinds accepted, HandleIdResolver resolveHandle, CopyBackStep copyBack,
+                      bool bOtherArgumentsValid) {
+  SelectRequest request{};
+  return Transact(
+      traits, &request, sizeof(request), pSelector != nullptr && bOtherArgumentsValid,
+      [&](void*) {
+        return TranslateSelector(traits.szOperation, *pSelector, accepted, resolveHandle, &request.Select);
+      },
+      copyBack);
+}
+
 }  // namespace smgr

@@ -32,4 +32,12 @@ using HandleIdResolver = FunctionRef<bool(HSMGR hHandle, int* pID)>;
 bool TranslateSelector(const char* szOperation, const SMGR_OBJECT_SELECTOR& selector, SelectorKinds accepted,
                        HandleIdResolver resolveHandle, SMGRPROT_OBJECT_SELECTOR* pWire);
 
+// Runs a request whose data is the wire selector alone (the 84-byte delete,
+// start, stop, info, ... requests every selector family has): the caller's
+// selector is translated under the lock with the family's handle resolver.
+// A NULL selector, or bOtherArgumentsValid false, gives last error 2.
+BOOL SelectorTransact(const RequestTraits& traits, const SMGR_OBJECT_SELECTOR* pSelector,
+                      SelectorKinds accepted, HandleIdResolver resolveHandle, CopyBackStep copyBack = nullptr,
+                      bool bOtherArgumentsValid = true);
+
 }  // namespace smgr

@@ -105,14 +105,8 @@ BOOL SelectorRequest(const RequestTraits& traits, const SMGR_OBJECT_SELECTOR* pS
                      smgr::SelectorKinds accepted, smgr::CopyBackStep copyBack = nullptr,
                      bool bOtherArgumentsValid = true) {
   TraceSelectorCall(traits.szOperation, pSelector);
-  SMGRPROT_MSG_ESSENCE_SELECT_REQ request{};
-  return smgr::Transact(
-      traits, &request, sizeof(request), pSelector != nullptr && bOtherArgumentsValid,
-      [&](void*) {
-        return smgr::TranslateSelector(traits.szOperation, *pSelector, accepted, kResolveEssenceHandle,
-                                       &request.Data.Select);
-      },
-      copyBack);
+  return smgr::SelectorTransact(traits, pSelector, accepted, kResolveEssenceHandle, copyBack,
+                                bOtherArgumentsValid);
 }
 
 // Copies a daemon record over the caller's: min(caller's nSize, returned

@@ -127,14 +127,8 @@ BOOL SelectorRequest(const RequestTraits& traits, const SMGR_OBJECT_SELECTOR* pS
                      smgr::SelectorKinds accepted, smgr::CopyBackStep copyBack = nullptr,
                      bool bOtherArgumentsValid = true) {
   TraceCall(traits.szOperation, pSelector);
-  SMGRPROT_MSG_METADATA_SELECT_REQ request{};
-  return smgr::Transact(
-      traits, &request, sizeof(request), pSelector != nullptr && bOtherArgumentsValid,
-      [&](void*) {
-        return smgr::TranslateSelector(traits.szOperation, *pSelector, accepted, kResolveMetaDataHandle,
-                                       &request.Data.Select);
-      },
-      copyBack);
+  return smgr::SelectorTransact(traits, pSelector, accepted, kResolveMetaDataHandle, copyBack,
+                                bOtherArgumentsValid);
 }
 
 // Copies a record with the nSize negotiation; returns the bytes copied.

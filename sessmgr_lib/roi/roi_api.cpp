@@ -69,14 +69,8 @@ constexpr auto kResolveRoiHandle = [](HSMGR hHandle, int* pID) { return Handles:
 BOOL SelectorRequest(const RequestTraits& traits, const SMGR_OBJECT_SELECTOR* pSelector,
                      smgr::SelectorKinds accepted, smgr::CopyBackStep copyBack = nullptr,
                      bool bOtherArgumentsValid = true) {
-  SMGRPROT_MSG_ROI_SELECT_REQ request{};
-  return smgr::Transact(
-      traits, &request, sizeof(request), pSelector != nullptr && bOtherArgumentsValid,
-      [&](void*) {
-        return smgr::TranslateSelector(traits.szOperation, *pSelector, accepted, kResolveRoiHandle,
-                                       &request.Data.Select);
-      },
-      copyBack);
+  return smgr::SelectorTransact(traits, pSelector, accepted, kResolveRoiHandle, copyBack,
+                                bOtherArgumentsValid);
 }
 
 void TraceSelectorCall(const char* szOperation, const SMGR_OBJECT_SELECTOR* pSelector) {

@@ -89,14 +89,8 @@ BOOL SelectorRequest(const RequestTraits& traits, const SMGR_OBJECT_SELECTOR* pS
                      smgr::SelectorKinds accepted, smgr::CopyBackStep copyBack = nullptr,
                      bool bOtherArgumentsValid = true) {
   TraceSelectorCall(traits.szOperation, pSelector);
-  SMGRPROT_MSG_SESSION_SELECT_REQ request{};
-  return smgr::Transact(
-      traits, &request, sizeof(request), pSelector != nullptr && bOtherArgumentsValid,
-      [&](void*) {
-        return smgr::TranslateSelector(traits.szOperation, *pSelector, accepted, kResolveSessionHandle,
-                                       &request.Data.Select);
-      },
-      copyBack);
+  return smgr::SelectorTransact(traits, pSelector, accepted, kResolveSessionHandle, copyBack,
+                                bOtherArgumentsValid);
 }
 
 // The nSize negotiation of information and statistics records: the smaller of

@@ -2,30 +2,24 @@
 // delete, stats (with --watch).
 #include <arpa/inet.h>
 #include <netdb.h>
-#include <signal.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <atomic>
-#include <chrono>
 #include <cstring>
 #include <ctime>
 #include <iostream>
-#include <thread>
 
 #include "commands.h"
 #include "exit_codes.h"
 #include "output.h"
 #include "paging.h"
+#include "watch.h"
 
 namespace smgrctl {
 namespace {
 
 using nlohmann::json;
-
-std::atomic<bool> g_interrupted{false};
-void OnInterrupt(int) { g_interrupted = true; }
 
 bool IsWarning(SMGR_RESULT result) { return (result & SMGR_IS_SUCCESS_WITH_WARNING) != 0; }
 
@@ -512,29 +506,8 @@ int PrintStatsOnce(const std::vector<std::string>& targets, bool ndjson) {
 
 int RunStats(const std::vector<std::string>& targets, double watchSeconds, int count) {
   if (!Connect()) return 1;
-  if (watchSeconds <= 0) return PrintStatsOnce(targets, false);
-  struct sigaction action {};
-  action.sa_handler = OnInterrupt;
-  sigaction(SIGINT, &action, nullptr);
-  sigaction(SIGTERM, &action, nullptr);
-  for (int round = 0; !g_interrupted && (count <= 0 || round < count); ++round) {
-    if (round) {
-      auto until = std::chrono::steady_clock::now() + std::chrono::duration<double>(watchSeconds);
-      while (!g_interrupted && std::chrono::steady_clock::now() < until) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
-      }
-      if (g_interrupted) break;
-      if (!Globals().json) std::cout << "\n";
-    }
-    if (!Globals().json) {
-      time_t now = time(nullptr);
-      char stamp[16];
-      strftime(stamp, sizeof stamp, "%H:%M:%S", localtime(&now));
-      std::cout << "--- " << stamp << "\n";
-    }
-    if (int status = PrintStatsOnce(targets, Globals().json)) return status;
-  }
-  return 0;
+  const bool ndjson = watchSeconds > 0 && Globals().json;
+  return Watch(watchSeconds, count, [&] { return PrintStatsOnce(targets, ndjson); });
 }
 
 void AddStreamCommands(Command& command) {
