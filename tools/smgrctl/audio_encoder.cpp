@@ -367,10 +367,7 @@ void AddAudioEncoderCommands(Command& command) {
   StatsArgs& stats = command.keep<StatsArgs>();
   auto* sub = aenc->add_subcommand("stats", "Counters of encoders (all when none is named)");
   sub->add_option("encoders", stats.targets, "Encoder IDs or names");
-  sub->add_option("-w,--watch", stats.watch, "Repeat every SECONDS until interrupted")
-      ->check(CLI::Range(0.1, 3600.0));
-  sub->add_option("-n,--count", stats.count, "With --watch: stop after this many tables")
-      ->check(CLI::Range(1, 1000000));
+  AddWatchOptions(sub, stats.watch, stats.count);
   sub->callback([&status, &stats] {
     status = Connect() ? Watch(stats.watch, stats.count, [&] { return PrintStats(stats.targets); }) : 1;
   });

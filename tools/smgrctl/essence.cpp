@@ -14,6 +14,7 @@
 #include "commands.h"
 #include "output.h"
 #include "paging.h"
+#include "watch.h"
 
 namespace smgrctl {
 namespace {
@@ -455,10 +456,7 @@ void AddEssenceCommands(Command& command) {
   StatsArgs& statsArgs = command.keep<StatsArgs>();
   auto* stats = essence->add_subcommand("stats", "Counters of essences (all when none is named)");
   stats->add_option("essences", statsArgs.targets, "Essence IDs or names");
-  stats->add_option("-w,--watch", statsArgs.watch, "Repeat every SECONDS until interrupted")
-      ->check(CLI::Range(0.1, 3600.0));
-  stats->add_option("-n,--count", statsArgs.count, "With --watch: stop after this many tables")
-      ->check(CLI::Range(1, 1000000));
+  AddWatchOptions(stats, statsArgs.watch, statsArgs.count);
   stats->callback(
       [&status, &statsArgs] { status = RunStats(statsArgs.targets, statsArgs.watch, statsArgs.count); });
 }

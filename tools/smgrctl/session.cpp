@@ -220,11 +220,7 @@ void AddSessionCommands(Command& command) {
   StatsArgs& statsArgs = command.keep<StatsArgs>();
   auto* stats = session->add_subcommand("stats", "Announcement counters of a session");
   stats->add_option("session", statsArgs.target, "Session ID or name")->required();
-  auto* watch = stats->add_option("-w,--watch", statsArgs.watch, "Repeat every SECONDS until interrupted")
-                    ->check(CLI::Range(0.1, 3600.0));
-  stats->add_option("-n,--count", statsArgs.count, "With --watch: stop after this many rounds")
-      ->check(CLI::Range(1, 1000000))
-      ->needs(watch);  // a count without --watch is a usage error
+  AddWatchOptions(stats, statsArgs.watch, statsArgs.count);
   stats->callback([&status, &statsArgs] {
     if (!Connect()) {
       status = 1;

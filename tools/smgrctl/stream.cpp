@@ -583,14 +583,7 @@ void AddStreamCommands(Command& command) {
   StatsArgs& statsArgs = command.keep<StatsArgs>();
   auto* stats = stream->add_subcommand("stats", "Counters of streams (all when none is named)");
   stats->add_option("streams", statsArgs.targets, "Stream IDs or names");
-  auto* watch =
-      stats
-          ->add_option("-w,--watch", statsArgs.watch,
-                       "Repeat every SECONDS until interrupted (with --json: one JSON object per line)")
-          ->check(CLI::Range(0.1, 3600.0));
-  stats->add_option("-n,--count", statsArgs.count, "With --watch: stop after this many tables")
-      ->check(CLI::Range(1, 1000000))
-      ->needs(watch);
+  AddWatchOptions(stats, statsArgs.watch, statsArgs.count);
   stats->callback(
       [&status, &statsArgs] { status = RunStats(statsArgs.targets, statsArgs.watch, statsArgs.count); });
 }

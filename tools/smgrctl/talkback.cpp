@@ -161,10 +161,7 @@ void AddTalkBackCommands(Command& command) {
   };
   StatsArgs& stats = command.keep<StatsArgs>();
   auto* sub = talkback->add_subcommand("stats", "Packets received and discarded");
-  sub->add_option("-w,--watch", stats.watch, "Repeat every SECONDS until interrupted")
-      ->check(CLI::Range(0.1, 3600.0));
-  sub->add_option("-n,--count", stats.count, "With --watch: stop after this many tables")
-      ->check(CLI::Range(1, 1000000));
+  AddWatchOptions(sub, stats.watch, stats.count);
   sub->callback([&status, &stats] { status = Connect() ? Watch(stats.watch, stats.count, PrintStats) : 1; });
 
   SetArgs& set = command.keep<SetArgs>();

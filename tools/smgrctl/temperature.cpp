@@ -55,11 +55,7 @@ void AddTemperatureCommands(Command& command) {
   };
   ShowArgs& args = command.keep<ShowArgs>();
   auto* show = temperature->add_subcommand("show", "Current, highest and lowest temperature");
-  auto* watch = show->add_option("-w,--watch", args.watch, "Repeat every SECONDS until interrupted")
-                    ->check(CLI::Range(0.1, 3600.0));
-  show->add_option("-n,--count", args.count, "With --watch: stop after this many rounds")
-      ->check(CLI::Range(1, 1000000))
-      ->needs(watch);  // a count without --watch is a usage error
+  AddWatchOptions(show, args.watch, args.count);
   show->callback([&status, &args] { status = Connect() ? Watch(args.watch, args.count, PrintOnce) : 1; });
 }
 

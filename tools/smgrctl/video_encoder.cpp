@@ -430,10 +430,7 @@ void AddVideoEncoderCommands(Command& command) {
   StatsArgs& statsArgs = command.keep<StatsArgs>();
   auto* stats = venc->add_subcommand("stats", "Counters of encoders (all when none is named)");
   stats->add_option("encoders", statsArgs.targets, "Encoder IDs or names");
-  stats->add_option("-w,--watch", statsArgs.watch, "Repeat every SECONDS until interrupted")
-      ->check(CLI::Range(0.1, 3600.0));
-  stats->add_option("-n,--count", statsArgs.count, "With --watch: stop after this many tables")
-      ->check(CLI::Range(1, 1000000));
+  AddWatchOptions(stats, statsArgs.watch, statsArgs.count);
   stats->callback(
       [&status, &statsArgs] { status = RunStats(statsArgs.targets, statsArgs.watch, statsArgs.count); });
 }

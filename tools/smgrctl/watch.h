@@ -5,6 +5,7 @@
 
 #include <signal.h>
 
+#include <CLI/CLI.hpp>
 #include <atomic>
 #include <chrono>
 #include <ctime>
@@ -16,6 +17,18 @@
 namespace smgrctl {
 
 inline std::atomic<bool> g_watchInterrupted{false};
+
+// The -w/--watch and -n/--count options of a stats command: a count without
+// --watch is a usage error, for every noun alike.
+inline void AddWatchOptions(CLI::App* command, double& seconds, int& count) {
+  CLI::Option* watch = command
+                           ->add_option("-w,--watch", seconds,
+                                        "Repeat every SECONDS until interrupted (--json: one line each)")
+                           ->check(CLI::Range(0.1, 3600.0));
+  command->add_option("-n,--count", count, "With --watch: stop after this many rounds")
+      ->check(CLI::Range(1, 1000000))
+      ->needs(watch);
+}
 
 // Runs print() once, or every seconds until SIGINT/SIGTERM or count rounds;
 // the first non-zero status ends it.
